@@ -1,0 +1,28 @@
+#pragma once
+
+namespace vantrel {
+
+class Application;
+class FileManager;
+class FontCatalog;
+class MainQueue;
+class ProcessInfo;
+class StandardOutput;
+class TextFieldFactory;
+class TimerFactory;
+class Workspace;
+
+/// All ports in one hand, as the program's entry plugged them in. Borrowed: they outlive every view.
+struct Desktop {
+    Application& application;
+    FileManager& files;
+    FontCatalog& fonts;
+    MainQueue& mainQueue;
+    ProcessInfo& process;
+    StandardOutput& output;
+    TextFieldFactory& textFields;
+    TimerFactory& timers;
+    Workspace& workspace;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "platform/FileTime.h"
+#include "platform/Result.h"
+
+namespace vantrel {
+
+/// What stands at a path once links have been followed.
+enum class PathTarget : std::uint8_t { missing, file, directory };
+
+enum class LinkKind : std::uint8_t { notALink, symbolicLink };
+
+/// An entry's own attributes (of the link, where it is one).
+struct FileAttributes {
+    std::int64_t size = 0;  ///< bytes
+    FileTime modificationDate;
+    LinkKind link = LinkKind::notALink;
+    std::uint32_t posixPermissions = 0;  ///< the permission bits of st_mode
+};
+
+/// One entry of a folder. `attributes` is empty where they could not be read.
+struct DirectoryEntry {
+    std::string name;  ///< bytes as the file system gave them
+    PathTarget target = PathTarget::missing;
+    std::optional<FileAttributes> attributes;
+};
+
+/// Free and total bytes of a volume.
+struct VolumeCapacity {
+    std::int64_t freeBytes = 0;
+    std::int64_t totalBytes = 0;
+    bool operator==(const VolumeCapacity&) const = default;
+};
+
+/// Port: the file system as the panels and the commands see it. Paths are raw bytes of any length. Main
+/// thread only; a call returns when the file system has answered. Failures are values.
+class FileManager {
+public:
+    /// Says of a name whether its entry is wanted; an unwanted one is not looked at any further.
+    using NameFilter = std::function<bool(std::string_view name)>;
+
+    virtual ~FileManager() = default;
+
+    /// The entries of a folder without "." and "..", in the order that the file system gives.
+    virtual Result<std::vector<DirectoryEntry>> contentsOfDirectory(const std::string& path,
+                                                                    const NameFilter& wanted) = 0;
+
+    /// Follows links.
+    virtual PathTarget targetOf(const std::string& path) = 0;
+
+    /// Whether this user may read what stands at `path`.
+    virtual bool isReadable(const std::string& path) = 0;
+
+    /// Capacity of the volume that holds `path`; nothing where it cannot be told.
+    virtual std::optional<VolumeCapacity> volumeCapacity(const std::string& path) = 0;
+};
+
+}  // namespace vantrel

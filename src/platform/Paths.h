@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Path arithmetic on raw bytes, with the field's usual rules: "/" is its own parent, trailing slashes do not
+/// count, nothing touches the file system. Pure functions, any thread.
+namespace vantrel::paths {
+
+/// "c.txt" of "/a/b/c.txt", "b" of "/a/b/", "/" of "/", "" of "".
+std::string lastComponent(std::string_view path);
+
+/// "/a/b" of "/a/b/c", "/" of "/a" and of "/", "" of "a".
+std::string deletingLastComponent(std::string_view path);
+
+/// "/a/b" of "/a" and "b", "/b" of "/" and "b"; "b" alone where the path is empty.
+std::string appending(std::string_view path, std::string_view component);
+
+/// The text after the last "." of a name, "" when there is none. A leading dot belongs to the base name, and
+/// so does one with nothing behind it.
+std::string extension(std::string_view name);
+
+/// The percent-encoded file URL of an absolute path (RFC 8089; unreserved characters of RFC 3986 and "/"
+/// stay).
+std::string fileUrl(std::string_view path);
+
+}  // namespace vantrel::paths

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace vantrel {
+
+/// What a walk has found below its root: entries that are neither folder nor symbolic link.
+struct WalkTotals {
+    std::int64_t bytes = 0;  ///< allocated on disk
+    std::int64_t items = 0;
+    bool operator==(const WalkTotals&) const = default;
+};
+
+enum class WalkOutcome : std::uint8_t {
+    finished,
+    rootUnreadable,  ///< the root could not be opened as a folder; the totals are zero
+    cancelled,
+};
+
+/// The cancelled flag of one walk. Any thread may set it; nothing ever sets it back.
+class CancellationFlag {
+public:
+    void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
+    bool isCancelled() const { return cancelled_.load(std::memory_order_relaxed); }
+
+private:
+    std::atomic<bool> cancelled_{false};
+};
+
+/// Who hears of a walk. The calls come from the threads that walk, one at a time and in order; totals never
+/// fall from one call to the next. The walk owns its observer and destroys it after `walkDidEnd`, or without
+/// that call when the queue is destroyed first.
+class WalkObserver {
+public:
+    virtual ~WalkObserver() = default;
+
+    /// At most once per 0.1 seconds, only while entries keep coming, never once the walk is seen cancelled.
+    virtual void walkDidProgress(WalkTotals soFar) = 0;
+
+    /// The last call. For a cancelled walk it may come late (a thread may be stuck in a system call).
+    virtual void walkDidEnd(WalkOutcome outcome, WalkTotals totals) = 0;
+};
+
+/// Runs walks in the background, several at once, begun in the order of submission.
+class WalkQueue {
+public:
+    virtual ~WalkQueue() = default;
+
+    /// Begins the walk of the folder at `root` (raw bytes, any length) as soon as a thread is free. Any
+    /// thread may call; never waits for a walk.
+    virtual void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
+                        std::unique_ptr<WalkObserver> observer) = 0;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,47 @@
+#include "platform/Paths.h"
+
+#include <gtest/gtest.h>
+
+namespace vantrel::paths {
+
+TEST(Paths, theLastComponentIgnoresTrailingSlashesAndTheRootIsItsOwn) {
+    EXPECT_EQ(lastComponent("/a/b/c.txt"), "c.txt");
+    EXPECT_EQ(lastComponent("/a/b/"), "b");
+    EXPECT_EQ(lastComponent("b"), "b");
+    EXPECT_EQ(lastComponent("/"), "/");
+    EXPECT_EQ(lastComponent(""), "");
+}
+
+TEST(Paths, deletingTheLastComponentGivesTheParentAndTheRootStaysTheRoot) {
+    EXPECT_EQ(deletingLastComponent("/a/b"), "/a");
+    EXPECT_EQ(deletingLastComponent("/a/b//"), "/a");
+    EXPECT_EQ(deletingLastComponent("/a//b"), "/a");
+    EXPECT_EQ(deletingLastComponent("/a"), "/");
+    EXPECT_EQ(deletingLastComponent("/"), "/");
+    EXPECT_EQ(deletingLastComponent("a"), "");
+    EXPECT_EQ(deletingLastComponent(""), "");
+}
+
+TEST(Paths, appendingPutsExactlyOneSlashBetween) {
+    EXPECT_EQ(appending("/a", "b"), "/a/b");
+    EXPECT_EQ(appending("/a/", "b"), "/a/b");
+    EXPECT_EQ(appending("/", "b"), "/b");
+    EXPECT_EQ(appending("", "b"), "b");
+}
+
+TEST(Paths, theExtensionIsWhatFollowsTheLastDotAndALeadingDotIsPartOfTheBaseName) {
+    EXPECT_EQ(extension("README.TXT"), "TXT");
+    EXPECT_EQ(extension("archive.tar.gz"), "gz");
+    EXPECT_EQ(extension("Makefile"), "");
+    EXPECT_EQ(extension(".profile"), "");
+    EXPECT_EQ(extension(".config.bak"), "bak");
+    EXPECT_EQ(extension("ends."), "");
+}
+
+TEST(Paths, aFileUrlCarriesTheRawBytesPercentEncoded) {
+    EXPECT_EQ(fileUrl("/a b/\xFF.txt"), "file:///a%20b/%FF.txt");
+    EXPECT_EQ(fileUrl("/100%/q?#"), "file:///100%25/q%3F%23");
+    EXPECT_EQ(fileUrl("/A-z_0.9~"), "file:///A-z_0.9~");
+}
+
+}  // namespace vantrel::paths
