@@ -1,0 +1,66 @@
+#include "text/Text.h"
+
+#include <array>
+#include <memory>
+
+#include <unicode/coll.h>
+
+#include "text/Unicode.h"
+#include "text/UserLocale.h"
+
+namespace vantrel::text {
+
+namespace {
+
+std::unique_ptr<icu::Collator> makeCollator(std::string_view localeName) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(localeNamed(localeName), status));
+    if (U_FAILURE(status)) return nullptr;
+    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
+    collator->setAttribute(UCOL_STRENGTH, UCOL_TERTIARY, status);
+    collator->setAttribute(UCOL_ALTERNATE_HANDLING, UCOL_NON_IGNORABLE, status);
+    collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
+    return collator;
+}
+
+/// This thread's collator for the user's language, made anew when the language has changed; null when ICU's
+/// data is missing.
+const icu::Collator* userCollator() {
+    // One for each thread: making one takes milliseconds, and threads never wait for each other this way.
+    thread_local std::string cachedName;
+    thread_local std::unique_ptr<icu::Collator> cached;
+    const std::string_view name = userLocaleName("LC_COLLATE");
+    if (cached == nullptr || cachedName != name) {
+        cachedName = name;
+        cached = makeCollator(name);
+    }
+    return cached.get();
+}
+
+/// ICU's sort key with the zero byte that ends it, appended to `key`.
+void appendCollationKey(const icu::Collator& collator, const icu::UnicodeString& text, std::string& key) {
+    std::array<uint8_t, 512> buffer;
+    const int32_t size = collator.getSortKey(text, buffer.data(), static_cast<int32_t>(buffer.size()));
+    if (size <= static_cast<int32_t>(buffer.size())) {
+        key.append(buffer.begin(), buffer.begin() + size);
+        return;
+    }
+    std::string larger(static_cast<std::size_t>(size), '\0');
+    collator.getSortKey(text, reinterpret_cast<uint8_t*>(larger.data()), size);
+    key += larger;
+}
+
+}  // namespace
+
+std::string naturalSortKey(std::string_view name) {
+    std::string key;
+    if (const icu::Collator* const collator = userCollator()) {
+        appendCollationKey(*collator, toUnicode(name), key);
+    }
+    // The collation key holds no zero byte but its last one, so what follows decides only between names that
+    // the language does not tell apart.
+    key += name;
+    return key;
+}
+
+}  // namespace vantrel::text
