@@ -1,0 +1,73 @@
+#include "app/AppDelegate.h"
+
+#include "platform/FileManager.h"
+#include "platform/Paths.h"
+#include "platform/Precondition.h"
+#include "platform/ProcessInfo.h"
+#include "theme/OvPalette.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr Size contentSize{1100, 720};        // points
+constexpr Size minimumContentSize{800, 500};  // points
+constexpr const char* windowTitle = "Vantrel - Orvane";
+
+// "~" and "~ann" at the start of a path become home folders; a user who does not exist leaves it as it is.
+std::string expandingTilde(const std::string& path, const ProcessInfo& process) {
+    if (!path.starts_with('~')) return path;
+    const std::size_t slash = path.find('/');
+    const std::string user = path.substr(1, slash == std::string::npos ? slash : slash - 1);
+    const std::optional<std::string> home =
+        user.empty() ? process.homeDirectory() : process.homeDirectoryOf(user);
+    if (!home) return path;
+    return slash == std::string::npos ? *home : paths::appending(*home, path.substr(slash + 1));
+}
+
+std::optional<std::string> startPath(const std::vector<std::string>& arguments, std::size_t index,
+                                     const ProcessInfo& process) {
+    if (index >= arguments.size()) return std::nullopt;
+    return expandingTilde(arguments[index], process);
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(const Desktop& desktop, VantrelEngine& engine,
+                         const std::vector<std::string>& arguments)
+    : desktop_(desktop),
+      engine_(engine),
+      initialLeftPath_(startPath(arguments, 1, desktop.process)),
+      initialRightPath_(startPath(arguments, 2, desktop.process)) {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    window_ = desktop_.application.makeWindow({.title = windowTitle,
+                                               .contentSize = contentSize,
+                                               .minimumContentSize = minimumContentSize,
+                                               .background = OvPalette::dosBlue});
+    window_->setShouldClose([this] { return windowShouldClose(); });
+    commanderView_ = OvCommanderView::make(desktop_, engine_, {0, 0, contentSize.width, contentSize.height});
+    openStartFolder(commanderView_->leftPanel(), initialLeftPath_);
+    openStartFolder(commanderView_->rightPanel(), initialRightPath_);
+    window_->setContentView(commanderView_);
+    window_->centerAndShow();
+}
+
+void AppDelegate::openStartFolder(OvPanelView& panel, const std::optional<std::string>& path) {
+    if (!path || path->empty()) return;
+    const std::string absolute = desktop_.process.absolutePath(*path);
+    if (desktop_.files.targetOf(absolute) == PathTarget::missing) return;
+    panel.setCurrentPath(absolute);
+}
+
+bool AppDelegate::windowShouldClose() {
+    desktop_.application.terminate();
+    return true;
+}
+
+OvCommanderView& AppDelegate::commanderView() const {
+    precondition(commanderView_ != nullptr, "the commander is asked for before the launch");
+    return *commanderView_;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "panel/OvPanelView.h"
+#include "panel/OvPanelViewDelegate.h"
+#include "platform/Desktop.h"
+#include "platform/Font.h"
+#include "platform/View.h"
+
+namespace vantrel {
+
+class VantrelEngine;
+
+/// The view that fills the window: menu bar line, two panels side by side, prompt line, function-key bar.
+/// Owns the panels, knows the active one, and turns keys and clicks into commands. Main thread only.
+class OvCommanderView final : public View, public OvPanelViewDelegate {
+public:
+    static constexpr double topMenuBarHeight = 24;  ///< points, as are all heights
+    static constexpr double promptBarHeight = 22;
+    static constexpr double bottomFnBarHeight = 26;
+
+    /// One cell of the function-key bar; its place in the list is the number of its command.
+    struct FnButton {
+        std::string num;
+        std::string label;
+        Rect rect;  ///< where it is painted and clicked
+    };
+
+    /// Both panels are loaded when this returns: the left one with the process's current folder, the right
+    /// one with the home folder where that is readable. Ports and engine are borrowed.
+    static std::shared_ptr<OvCommanderView> make(const Desktop& desktop, VantrelEngine& engine,
+                                                 const Rect& frame);
+
+    OvPanelView& leftPanel() const { return *leftPanel_; }
+    OvPanelView& rightPanel() const { return *rightPanel_; }
+    OvPanelView& activePanel() const;
+    OvPanelView& otherPanel() const;
+    const std::vector<FnButton>& fnButtons() const { return fnButtons_; }
+    const std::string& promptText() const {
+        return promptText_;
+    }  ///< reserved; the line shows the active path
+    const Font& retroFont() const { return retroFont_; }
+    const Font& boldRetroFont() const { return boldRetroFont_; }
+
+    // Commands, for keys, clicks and the menu.
+    void setActive(OvPanelView& panel);
+    void toggleActivePanel();
+    void toggleSizeDisplayMode();
+    void editCurrentFile();
+    void revealActiveFolder();
+    void openTerminalInActiveFolder();
+    void quit();
+
+    void layoutPanels();
+
+    // View.
+    void draw(Canvas& canvas) override;
+    bool acceptsFirstResponder() const override { return true; }
+    EventResult keyDown(const KeyEvent& event) override;
+    EventResult mouseDown(const MouseEvent& event) override;
+
+    // OvPanelViewDelegate.
+    void panelDidSelect(OvPanelView& panel) override;
+    void panelDidActivateItem(OvPanelView& panel, const FileItem& item) override;
+    void panelPathDidChange(OvPanelView& panel, const std::string& newPath) override;
+
+protected:
+    void frameDidChange() override { layoutPanels(); }
+
+private:
+    OvCommanderView(const Desktop& desktop, VantrelEngine& engine, const Rect& frame);
+    void setup();
+    void setupFnButtons();
+    void layoutFnButtons();
+
+    EventResult handleNavigationKey(const KeyEvent& event);
+    EventResult handleCommandCharacter(const KeyEvent& event);
+    EventResult handleFunctionKey(const KeyEvent& event);
+    EventResult quickSearch(const KeyEvent& event);
+    EventResult runFnCommand(std::size_t index);
+
+    void drawTopMenuBar(Canvas& canvas, double width) const;
+    void drawPromptBar(Canvas& canvas, double width, double height) const;
+    void drawBottomFnBar(Canvas& canvas) const;
+    void drawFnCell(Canvas& canvas, const FnButton& button) const;
+
+    const Desktop desktop_;
+    const std::shared_ptr<OvPanelView> leftPanel_;
+    const std::shared_ptr<OvPanelView> rightPanel_;
+    OvPanelView* activePanel_ = nullptr;
+    const std::string promptText_;
+    const Font retroFont_;
+    const Font boldRetroFont_;
+    std::vector<FnButton> fnButtons_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,134 @@
+#include "model/FileItem.h"
+
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "platform/Paths.h"
+#include "platform/Precondition.h"
+#include "text/Text.h"
+
+namespace vantrel {
+
+namespace {
+
+std::string padded(std::string_view text, std::size_t width) {
+    std::string result(text.size() < width ? width - text.size() : 0, ' ');
+    result += text;
+    return result;
+}
+
+// printf would take the decimal point from the C locale, which the desktop's toolkit sets.
+std::string fixedPoint(double value, int decimals) {
+    std::array<char, 64> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                   std::chars_format::fixed, decimals);
+    return {digits.data(), end.ptr};
+}
+
+std::string humanReadable(std::int64_t bytes) {
+    struct Unit {
+        std::int64_t size;
+        int decimals;
+        const char* suffix;
+    };
+    static constexpr std::array units{
+        Unit{std::int64_t{1} << 40, 2, " T"}, Unit{std::int64_t{1} << 30, 2, " G"},
+        Unit{std::int64_t{1} << 20, 1, " M"}, Unit{std::int64_t{1} << 10, 1, " K"}};
+    for (const Unit& unit : units) {
+        if (bytes < unit.size) continue;
+        const double value = static_cast<double>(bytes) * (1.0 / static_cast<double>(unit.size));
+        return padded(fixedPoint(value, unit.decimals), 6) + unit.suffix;
+    }
+    return padded(std::to_string(bytes), 4) + " B ";
+}
+
+std::string spinner(std::int64_t spinnerFrame) {
+    static constexpr std::string_view frames = R"(|/-\)";
+    const std::int64_t index = spinnerFrame % 4;
+    precondition(index >= 0, "the spinner counts upwards from 0");
+    return std::string(1, frames[static_cast<std::size_t>(index)]);
+}
+
+std::string lowerCasedExtension(const FileItemFields& fields) {
+    return fields.isDirectory ? "" : text::lowerCased(paths::extension(fields.name));
+}
+
+struct SizeText {
+    SizeDisplayMode displayMode;
+    std::int64_t spinnerFrame;
+
+    std::string operator()(const state::Calculating& running) const {
+        const std::string frame = spinner(spinnerFrame);
+        if (running.currentBytes == 0) return "[" + frame + " calc] ";
+        return "[" + frame + "] " + FileItem::formatBytes(running.currentBytes, displayMode);
+    }
+    std::string operator()(const state::Calculated& final) const {
+        return FileItem::formatBytes(final.totalBytes, displayMode);
+    }
+    std::string operator()(const state::Error&) const { return "<ERROR>   "; }
+    std::string operator()(const state::NotCalculated&) const { return "<DIR>     "; }
+    std::string operator()(const state::Parent&) const { return "<UP--DIR>"; }
+};
+
+}  // namespace
+
+std::string DatePattern::string(FileTime date) const {
+    return text::formattedDate(date, pattern);
+}
+
+FileItem::FileItem(FileItemFields fields)
+    : name(fields.name),
+      path(std::move(fields.path)),
+      isDirectory(fields.isDirectory),
+      isParentDir(fields.isParentDir),
+      isExecutable(fields.isExecutable),
+      isSymlink(fields.isSymlink),
+      isHidden(fields.isHidden),
+      size(fields.size),
+      vantrelState(fields.isParentDir ? VantrelState(state::Parent{}) : std::move(fields.vantrelState)),
+      modDate(fields.modDate),
+      fileExtension(lowerCasedExtension(fields)) {}
+
+FileItemFields FileItem::parentDirectory(std::string_view path) {
+    return {.name = "..",
+            .path = paths::deletingLastComponent(path),
+            .isDirectory = true,
+            .isParentDir = true,
+            .vantrelState = state::Parent{}};
+}
+
+std::string FileItem::url() const {
+    return paths::fileUrl(path);
+}
+
+std::int64_t FileItem::effectiveSize() const {
+    return isDirectory ? bytes(vantrelState) : size;
+}
+
+std::string FileItem::formattedSize(SizeDisplayMode displayMode, std::int64_t spinnerFrame) const {
+    const SizeText text{displayMode, spinnerFrame};
+    if (isParentDir) return text(state::Parent{});
+    if (!isDirectory) return formatBytes(size, displayMode);
+    return std::visit(text, vantrelState);
+}
+
+std::string FileItem::formatBytes(std::int64_t bytes, SizeDisplayMode mode) {
+    if (mode == SizeDisplayMode::rawBytes) return text::groupedDecimal(bytes) + " B";
+    return humanReadable(bytes);
+}
+
+std::string FileItem::formattedDate() const {
+    return isParentDir ? "" : dateFormatter.string(modDate);
+}
+
+std::string FileItem::formattedTime() const {
+    return isParentDir ? "" : timeFormatter.string(modDate);
+}
+
+const std::string& FileItem::naturalSortKey() const {
+    if (naturalSortKey_.empty()) naturalSortKey_ = text::naturalSortKey(name);
+    return naturalSortKey_;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "platform/Clock.h"
+#include "platform/FileManager.h"
+#include "platform/Guarded.h"
+#include "platform/MainQueue.h"
+#include "walk/Walk.h"
+
+namespace vantrel {
+
+/// A hook for whoever wants to hear of finished totals; nothing calls it yet.
+class VantrelEngineDelegate {
+public:
+    virtual ~VantrelEngineDelegate() = default;
+    virtual void engineDidCalculate(const std::string& path, WalkTotals totals) = 0;
+};
+
+/// What the engine stands on. Borrowed; all of it outlives the engine.
+struct VantrelEngineServices {
+    WalkQueue& calculationQueue;
+    MainQueue& mainQueue;
+    const Clock& clock;
+};
+
+/// Recursive folder sizes, computed in the background.
+/// Threads: any thread may call any operation; `onUpdate` runs later on the main queue, never inside a call.
+/// Units: bytes allocated on disk and entries, without folders and symbolic links.
+/// Errors: none are reported; what cannot be read is left out, a folder that cannot be opened is 0 and 0.
+/// Lifetime: the engine keeps `onUpdate` until the walk has ended, so capture views weakly. A walk holds the
+/// engine weakly until it reports.
+class VantrelEngine : public std::enable_shared_from_this<VantrelEngine> {
+public:
+    using OnUpdate = std::function<void(std::int64_t bytes, std::int64_t itemsCount, bool isComplete)>;
+
+    /// Finished totals are believed for so long.
+    static constexpr Seconds cacheLifetime{300};
+
+    static std::shared_ptr<VantrelEngine> make(const VantrelEngineServices& services);
+    ~VantrelEngine();
+    VantrelEngine(const VantrelEngine&) = delete;
+    VantrelEngine& operator=(const VantrelEngine&) = delete;
+
+    /// The process's one engine, made at the first call (by any thread) and never destroyed. `provideShared`
+    /// must have said before what it stands on.
+    static VantrelEngine& shared();
+    static void provideShared(std::function<VantrelEngineServices()> services);
+
+    /// Starts the walk of the folder at `path`, or answers from the cache. Any number of progress reports
+    /// arrive, at most ten a second, then one final report. A walk of the same path that is under way is
+    /// cancelled; a cancelled walk reports nothing any more.
+    void calculateVantrel(const std::string& path, OnUpdate onUpdate);
+
+    /// The totals of `path` when they are less than 300 seconds old.
+    std::optional<WalkTotals> cachedSize(const std::string& path) const;
+
+    /// Whether a walk of exactly `path` is waiting or running, so that a final report is still to come.
+    bool isCalculating(const std::string& path) const;
+
+    void cancelFor(const std::string& path);
+
+    /// Cancels every walk whose path begins with `prefix`: a plain test of strings, so "/a" reaches "/ab" as
+    /// well. An empty prefix cancels nothing.
+    void cancelForPrefix(std::string_view prefix);
+
+    /// Cancels every walk; finished totals stay in the cache.
+    void cancelAll();
+
+    /// Free and total bytes of the volume that holds `path`, or nothing.
+    static std::optional<VolumeCapacity> getVolumeCapacity(FileManager& files, const std::string& path);
+
+    /// Set before the first request, if at all.
+    std::weak_ptr<VantrelEngineDelegate> delegate;
+
+private:
+    struct CacheRecord {
+        WalkTotals totals;
+        Seconds timestamp;
+    };
+
+    enum class WalkStage : std::uint8_t { inFlight, ended };
+
+    struct WorkItem {
+        CancellationFlag cancellation;
+        WalkStage stage = WalkStage::inFlight;  // guarded like the table that holds the item
+    };
+
+    struct Tables {
+        std::unordered_map<std::string, CacheRecord> cache;
+        std::unordered_map<std::string, std::shared_ptr<WorkItem>> activeWorkItems;
+    };
+
+    class Reporter;
+
+    explicit VantrelEngine(const VantrelEngineServices& services);
+    std::shared_ptr<WorkItem> registerWorkItem(const std::string& path);
+    bool storeResult(const std::string& path, const WorkItem& item, WalkTotals totals);
+    bool markEnded(WorkItem& item);
+
+    WalkQueue& calculationQueue_;
+    MainQueue& mainQueue_;
+    const Clock& clock_;
+    Guarded<Tables> tables_;  // its lock is never held during a walk, a post or a callback
+};
+
+}  // namespace vantrel

@@ -1,0 +1,156 @@
+#include "panel/ItemOrder.h"
+
+#include <algorithm>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <utility>
+
+namespace vantrel {
+
+namespace {
+
+// What one row is compared by, gathered once: a sort looks at each row many times.
+struct Row {
+    bool isFile;                               // folders first
+    std::int64_t number = 0;                   // a smaller one goes first
+    const std::string* extension = nullptr;    // compared after the number
+    const std::string* naturalName = nullptr;  // compared last
+    std::size_t place = 0;                     // before the sort
+    std::shared_ptr<FileItem> item;
+};
+
+// Reverses the order of numbers without the overflow that negating the smallest one would have.
+std::int64_t largestFirst(std::int64_t number) {
+    return ~number;
+}
+
+Row makeRow(std::shared_ptr<FileItem> item, SortField field, std::size_t place) {
+    Row row{.isFile = !item->isDirectory, .place = place, .item = std::move(item)};
+    const FileItem& fields = *row.item;
+    switch (field) {
+        case SortField::size:
+            row.number = largestFirst(fields.effectiveSize());
+            break;
+        case SortField::date:
+            row.number = largestFirst(fields.modDate.time_since_epoch().count());
+            break;
+        case SortField::ext:
+            row.extension = &fields.fileExtension;
+            row.naturalName = &fields.naturalSortKey();
+            break;
+        case SortField::name:
+            row.naturalName = &fields.naturalSortKey();
+            break;
+    }
+    return row;
+}
+
+std::strong_ordering compareTexts(const std::string* a, const std::string* b) {
+    if (a == nullptr || b == nullptr) return std::strong_ordering::equal;
+    return a->compare(*b) <=> 0;
+}
+
+// By the field alone, in ascending direction.
+std::strong_ordering compareFields(const Row& a, const Row& b) {
+    if (const auto order = a.number <=> b.number; order != 0) return order;
+    if (const auto order = compareTexts(a.extension, b.extension); order != 0) return order;
+    return compareTexts(a.naturalName, b.naturalName);
+}
+
+// The order in which rows are sorted. A descending list is sorted back to front: growing sizes then move rows
+// towards the start of the list in both directions, which is the way that a nearly sorted list is mended
+// fast.
+struct RowOrder {
+    SortDirection direction;
+
+    std::strong_ordering compare(const Row& a, const Row& b) const {
+        const bool foldersFirst = direction == SortDirection::ascending;
+        if (a.isFile != b.isFile) {
+            return a.isFile == foldersFirst ? std::strong_ordering::greater : std::strong_ordering::less;
+        }
+        return compareFields(a, b);
+    }
+
+    // A strict total order: rows that are equal stay in the order in which they were.
+    bool operator()(const Row& a, const Row& b) const {
+        const auto order = compare(a, b);
+        return order != 0 ? order < 0 : a.place < b.place;
+    }
+};
+
+// Sorts rows of which most stand in order already: those that break it are taken out, sorted by themselves
+// and merged back in. Where many break it, this is an ordinary sort.
+void sortNearlySorted(std::vector<Row>& rows, const RowOrder& before) {
+    std::vector<Row> strays;
+    std::size_t kept = 0;
+    for (std::size_t next = 0; next < rows.size(); ++next) {
+        if (kept > 0 && before(rows[next], rows[kept - 1])) {
+            // One of the two neighbours is out of place. When the one before the last kept row gets along
+            // with the new row, the last kept row is the stray.
+            if (kept == 1 || !before(rows[next], rows[kept - 2])) {
+                strays.push_back(std::exchange(rows[kept - 1], std::move(rows[next])));
+            } else {
+                strays.push_back(std::move(rows[next]));
+            }
+            continue;
+        }
+        if (kept != next) rows[kept] = std::move(rows[next]);
+        ++kept;
+    }
+    if (strays.empty()) return;
+    std::ranges::sort(strays, before);
+    rows.resize(kept);
+    std::vector<Row> merged;
+    merged.reserve(kept + strays.size());
+    std::ranges::merge(std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()),
+                       std::make_move_iterator(strays.begin()), std::make_move_iterator(strays.end()),
+                       std::back_inserter(merged), before);
+    rows = std::move(merged);
+}
+
+void reverseEqualRuns(std::vector<Row>& rows, const RowOrder& order) {
+    for (auto run = rows.begin(); run != rows.end();) {
+        const auto end =
+            std::find_if(run, rows.end(), [&](const Row& row) { return order.compare(*run, row) != 0; });
+        std::reverse(run, end);
+        run = end;
+    }
+}
+
+std::vector<Row> makeRows(ItemList& items, SortField field, SortDirection direction) {
+    if (direction == SortDirection::descending) std::ranges::reverse(items);
+    std::vector<Row> rows;
+    rows.reserve(items.size());
+    for (auto& item : items) {
+        if (!item->isParentDir) rows.push_back(makeRow(std::move(item), field, rows.size()));
+    }
+    return rows;
+}
+
+}  // namespace
+
+void sortItems(ItemList& items, SortField field, SortDirection direction) {
+    const auto parent = std::ranges::find_if(items, [](const auto& item) { return item->isParentDir; });
+    ItemList sorted;
+    sorted.reserve(items.size());
+    if (parent != items.end()) sorted.push_back(*parent);
+
+    std::vector<Row> rows = makeRows(items, field, direction);
+    const RowOrder order{direction};
+    sortNearlySorted(rows, order);
+    if (direction == SortDirection::descending) {
+        // Descending is the negation of ascending, under which equal rows count as in order both ways: a
+        // stable merge sort turns their relative order round at every sort. No standard algorithm may be
+        // given such a comparison, so the turn is made here. The list was read back to front once; turning
+        // each run of equal rows and then the whole leaves exactly those runs turned.
+        reverseEqualRuns(rows, order);
+        std::ranges::reverse(rows);
+    }
+    std::ranges::transform(rows, std::back_inserter(sorted), [](Row& row) { return std::move(row.item); });
+    items = std::move(sorted);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,81 @@
+#include "panel/OvPanelView.h"
+
+#include <chrono>
+
+#include "model/VantrelEngine.h"
+#include "theme/OvPalette.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr double fontSize = 13;  // points
+constexpr std::chrono::milliseconds spinnerInterval{150};
+
+}  // namespace
+
+OvPanelView::OvPanelView(const Desktop& desktop, VantrelEngine& engine)
+    : desktop_(desktop),
+      engine_(engine),
+      retroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::regular)),
+      boldRetroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::bold)) {}
+
+std::shared_ptr<OvPanelView> OvPanelView::make(const Desktop& desktop, VantrelEngine& engine) {
+    const std::shared_ptr<OvPanelView> panel(new OvPanelView(desktop, engine));
+    panel->startSpinnerTimer();
+    return panel;
+}
+
+void OvPanelView::setCurrentPath(const std::string& path) {
+    if (path == currentPath_) return;
+    const std::string oldPath = std::exchange(currentPath_, path);
+    if (!oldPath.empty()) engine_.cancelForPrefix(oldPath);
+    loadDirectory();
+    if (const auto owner = delegate.lock()) owner->panelPathDidChange(*this, currentPath_);
+}
+
+void OvPanelView::setIsActivePanel(bool isActive) {
+    isActivePanel_ = isActive;
+    setNeedsDisplay();
+}
+
+void OvPanelView::setSortField(SortField field) {
+    sortField_ = field;
+    sortItems();
+    setNeedsDisplay();
+}
+
+void OvPanelView::setSortDirection(SortDirection direction) {
+    sortDirection_ = direction;
+    sortItems();
+    setNeedsDisplay();
+}
+
+void OvPanelView::setSizeDisplayMode(SizeDisplayMode mode) {
+    sizeDisplayMode_ = mode;
+    setNeedsDisplay();
+}
+
+void OvPanelView::setShowHiddenFiles(bool show) {
+    showHiddenFiles_ = show;
+    loadDirectory();
+}
+
+void OvPanelView::sortItems() {
+    vantrel::sortItems(items_, sortField_, sortDirection_);
+}
+
+void OvPanelView::startSpinnerTimer() {
+    spinnerTimer_ = desktop_.timers.startRepeating(spinnerInterval, [weakThis = weak_from_this()] {
+        if (const auto view = weakThis.lock()) static_cast<OvPanelView&>(*view).spinnerTick();
+    });
+}
+
+void OvPanelView::spinnerTick() {
+    if (!isCalculatingSizes()) return;
+    askAgainForSilencedSizes();
+    ++spinnerFrame_;
+    setNeedsDisplay();
+}
+
+}  // namespace vantrel

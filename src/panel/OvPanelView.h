@@ -1,0 +1,140 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/FileItem.h"
+#include "model/SizeDisplayMode.h"
+#include "model/SortOrder.h"
+#include "panel/ItemOrder.h"
+#include "panel/OvPanelViewDelegate.h"
+#include "platform/Desktop.h"
+#include "platform/Font.h"
+#include "platform/Timer.h"
+#include "platform/View.h"
+
+namespace vantrel {
+
+class VantrelEngine;
+
+/// One file panel: a folder's listing with its order, cursor, scrolling, drawing and live folder sizes.
+/// Main thread only. Owned by shared_ptr: size reports and the spinner's timer hold it weakly.
+class OvPanelView final : public View {
+public:
+    static constexpr double rowHeight = 20;  ///< points, as are all heights
+    static constexpr double headerHeight = 24;
+    static constexpr double topBarHeight = 24;
+    static constexpr double bottomBarHeight = 24;
+
+    /// A panel without a folder; the spinner's timer runs from here on. Ports and engine are borrowed.
+    static std::shared_ptr<OvPanelView> make(const Desktop& desktop, VantrelEngine& engine);
+
+    std::weak_ptr<OvPanelViewDelegate> delegate;
+
+    // State. Each setter does what a change of that property entails: another path cancels the walks below
+    // the old one, loads the folder and tells the delegate; a sort setting re-sorts on every assignment, also
+    // of the same value; hidden files are loaded anew with the cursor on its default row.
+    const std::string& currentPath() const { return currentPath_; }
+    void setCurrentPath(const std::string& path);
+    bool isActivePanel() const { return isActivePanel_; }
+    void setIsActivePanel(bool isActive);
+    SortField sortField() const { return sortField_; }
+    void setSortField(SortField field);
+    SortDirection sortDirection() const { return sortDirection_; }
+    void setSortDirection(SortDirection direction);
+    SizeDisplayMode sizeDisplayMode() const { return sizeDisplayMode_; }
+    void setSizeDisplayMode(SizeDisplayMode mode);
+    bool showHiddenFiles() const { return showHiddenFiles_; }
+    void setShowHiddenFiles(bool show);
+
+    const ItemList& items() const { return items_; }
+    std::int64_t selectedIndex() const { return selectedIndex_; }
+    std::int64_t scrollOffset() const { return scrollOffset_; }
+    std::int64_t spinnerFrame() const { return spinnerFrame_; }
+    const Font& retroFont() const { return retroFont_; }
+    const Font& boldRetroFont() const { return boldRetroFont_; }
+
+    /// Reads the folder anew. The cursor goes to the entry named `keepSelection` (bytewise), else to the
+    /// first row that is not "..". A folder that cannot be read prints one line and shows only "..".
+    void loadDirectory(std::optional<std::string> keepSelection = std::nullopt);
+    void sortItems();
+
+    /// Whether the size of a folder on show is still to come.
+    bool isCalculatingSizes() const;
+
+    // Cursor.
+    std::int64_t visibleRowCount() const;
+    std::shared_ptr<FileItem> selectedItem() const;  ///< null when the cursor stands on no row
+    void moveUp();
+    void moveDown();
+    void pageUp();
+    void pageDown();
+    void home();
+    void end();
+    void activateCurrentItem();
+    void navigateUp();
+    void selectItemByPrefix(std::string_view prefix);
+
+    // View.
+    void draw(Canvas& canvas) override;
+    bool acceptsFirstResponder() const override { return true; }
+    EventResult mouseDown(const MouseEvent& event) override;
+    EventResult scrollWheel(const ScrollEvent& event) override;
+
+protected:
+    void frameDidChange() override { clampScroll(); }
+
+private:
+    OvPanelView(const Desktop& desktop, VantrelEngine& engine);
+
+    std::int64_t itemCount() const { return static_cast<std::int64_t>(items_.size()); }
+    void moveCursor(std::int64_t index);
+    void adjustScroll();
+    void clampScroll();
+
+    ItemList readDirectory();
+    void selectAfterLoading(const std::optional<std::string>& keepSelection);
+    void requestSizes();
+    void requestSize(const std::shared_ptr<FileItem>& item);
+    void sizeDidUpdate(FileItem& item, VantrelState state);
+    void askAgainForSilencedSizes();
+    void startSpinnerTimer();
+    void spinnerTick();
+    void clickHeader(double x);
+
+    void drawFrameAndTitle(Canvas& canvas) const;
+    void drawColumnHeaders(Canvas& canvas) const;
+    void drawRows(Canvas& canvas) const;
+    void drawRow(Canvas& canvas, std::int64_t index) const;
+    void drawListSeparators(Canvas& canvas) const;
+    void drawStatusLine(Canvas& canvas) const;
+    std::string statusText() const;
+    std::string countAndFreeSpaceText() const;
+    const Color& frameColor() const;
+
+    const Desktop desktop_;
+    VantrelEngine& engine_;
+    const Font retroFont_;
+    const Font boldRetroFont_;
+
+    std::string currentPath_;
+    bool isActivePanel_ = false;
+    ItemList items_;
+    std::int64_t selectedIndex_ = 0;
+    std::int64_t scrollOffset_ = 0;
+    SortField sortField_ = SortField::name;
+    SortDirection sortDirection_ = SortDirection::ascending;
+    SizeDisplayMode sizeDisplayMode_ = SizeDisplayMode::humanReadable;
+    bool showHiddenFiles_ = false;
+    std::int64_t spinnerFrame_ = 0;
+    std::unique_ptr<Timer> spinnerTimer_;
+
+    /// The rows that were still calculating when last looked at, so that a tick need not search every row.
+    ItemList awaitedItems_;
+};
+
+}  // namespace vantrel

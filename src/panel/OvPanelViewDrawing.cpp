@@ -1,0 +1,204 @@
+#include "panel/OvPanelView.h"
+
+#include <algorithm>
+#include <array>
+
+#include "model/VantrelEngine.h"
+#include "text/Text.h"
+#include "theme/OvPalette.h"
+
+namespace vantrel {
+
+namespace {
+
+// Points, as the eye sees the panel; what a click hits is measured in bands of 24 (see the navigation).
+constexpr double frameLineWidth = 1.5;
+constexpr double ruleWidth = 1;
+constexpr double outerFrameInset = 2;
+constexpr double innerFrameInset = 4;
+constexpr double titleTop = 4;
+constexpr double titleMargin = 6;
+constexpr double minimumTextX = 10;
+constexpr double bandHeight = 24;
+constexpr double headerTop = 26;
+constexpr double headerTitleTop = 29;
+constexpr double headerRuleY = 50;
+constexpr double rowsTop = 52;
+constexpr double rowTextTop = 2;
+constexpr double selectionInset = 6;
+constexpr double footerRuleHeight = 26;   // from the bottom edge
+constexpr double listSeparatorsEnd = 28;  // from the bottom edge
+constexpr double statusTextHeight = 23;   // from the bottom edge
+constexpr double statusLeftShare = 0.6;
+constexpr double listSeparatorOpacity = 0.4;
+
+constexpr std::size_t longestTitlePath = 45;  // characters
+constexpr std::size_t keptTitleCharacters = 42;
+
+/// Where the fixed columns stand in a panel of that width.
+struct Columns {
+    explicit Columns(double width) : start(width - 245), size(start + 6), date(size + 85), time(date + 95) {}
+    double start;  ///< the name column ends here
+    double size;   ///< x of the separator before each column
+    double date;
+    double time;
+    std::array<double, 3> separators() const { return {size, date, time}; }
+};
+
+struct RowColors {
+    const Color& name;
+    const Color& size;
+    const Color& date;
+};
+
+RowColors colorsOf(const FileItem& item) {
+    using P = OvPalette;
+    if (item.isParentDir) return {P::dosYellow, P::dosYellow, P::dosLightGray};
+    if (item.isDirectory) {
+        return {P::dosYellow, isCalculated(item.vantrelState) ? P::dosBrightCyan : P::dosLightGray,
+                P::dosLightGray};
+    }
+    if (item.isExecutable) return {P::dosGreen, P::dosWhite, P::dosLightGray};
+    if (item.isHidden) return {P::dosDarkGray, P::dosDarkGray, P::dosLightGray};
+    return {P::dosWhite, P::dosLightGray, P::dosLightGray};
+}
+
+RowColors selectionColors(bool isActivePanel) {
+    const Color& text = isActivePanel ? OvPalette::activeSelectionText : OvPalette::inactiveSelectionText;
+    return {text, text, text};
+}
+
+std::string nameText(const FileItem& item) {
+    const std::string name = text::shownText(item.name);
+    if (item.isParentDir) return "▲ " + name;
+    return (item.isDirectory ? "/ " : "  ") + name;
+}
+
+std::string titlePath(const std::string& path) {
+    if (text::characterCount(path) <= longestTitlePath) return text::shownText(path);
+    return "..." + text::shownText(text::lastCharacters(path, keptTitleCharacters));
+}
+
+}  // namespace
+
+const Color& OvPanelView::frameColor() const {
+    return isActivePanel_ ? OvPalette::dosBrightCyan : OvPalette::dosCyan;
+}
+
+void OvPanelView::draw(Canvas& canvas) {
+    const double w = bounds().width;
+    const double h = bounds().height;
+    canvas.fill(bounds(), OvPalette::dosBlue);
+    drawFrameAndTitle(canvas);
+    drawColumnHeaders(canvas);
+    drawRows(canvas);
+    drawListSeparators(canvas);
+    canvas.line({innerFrameInset, h - footerRuleHeight}, {w - innerFrameInset, h - footerRuleHeight},
+                ruleWidth, frameColor());
+    drawStatusLine(canvas);
+}
+
+void OvPanelView::drawFrameAndTitle(Canvas& canvas) const {
+    const double w = bounds().width;
+    const std::array frame{bounds().inset(outerFrameInset), bounds().inset(innerFrameInset)};
+    canvas.stroke(frame, frameLineWidth, frameColor());
+
+    const std::string title = "╒══ " + titlePath(currentPath_) + " ══╕";
+    const double measured = canvas.textSize(title, boldRetroFont_).width;
+    const double x = std::max(minimumTextX, (w - measured) / 2);
+    const double width = std::min(measured, w - 2 * minimumTextX);
+    canvas.fill({x - titleMargin, 0, width + 2 * titleMargin, bandHeight}, OvPalette::dosBlue);
+    canvas.text(title, {x, titleTop, width, bandHeight}, boldRetroFont_,
+                isActivePanel_ ? OvPalette::dosYellow : OvPalette::dosLightGray);
+}
+
+void OvPanelView::drawColumnHeaders(Canvas& canvas) const {
+    const double w = bounds().width;
+    const Columns columns(w);
+    canvas.line({innerFrameInset, headerRuleY}, {w - innerFrameInset, headerRuleY}, ruleWidth, frameColor());
+    for (const double x : columns.separators()) {
+        canvas.line({x, headerTop}, {x, headerRuleY}, ruleWidth, frameColor());
+    }
+
+    const auto drawTitle = [&](const std::string& title, double x, double width,
+                               std::optional<SortField> field) {
+        const bool isSorted = field == sortField_;
+        const char* arrow = sortDirection_ == SortDirection::ascending ? " ▲" : " ▼";
+        canvas.text(isSorted ? title + arrow : title, {x, headerTitleTop, width, bandHeight}, boldRetroFont_,
+                    isSorted ? OvPalette::dosBrightWhite : OvPalette::dosYellow);
+    };
+    drawTitle(" Name", 10, columns.start - 10, SortField::name);
+    drawTitle("Size", columns.size + 5, 77, SortField::size);
+    drawTitle("Date", columns.date + 5, 87, SortField::date);
+    drawTitle("Time", columns.time + 5, 37, std::nullopt);
+}
+
+void OvPanelView::drawRows(Canvas& canvas) const {
+    const std::int64_t end = std::min(scrollOffset_ + visibleRowCount(), itemCount());
+    for (std::int64_t index = scrollOffset_; index < end; ++index) drawRow(canvas, index);
+}
+
+void OvPanelView::drawRow(Canvas& canvas, std::int64_t index) const {
+    const FileItem& item = *items_[static_cast<std::size_t>(index)];
+    const double w = bounds().width;
+    const double y = static_cast<double>(index - scrollOffset_) * rowHeight + rowsTop;
+    const double textY = y + rowTextTop;
+    const Columns columns(w);
+    const bool isSelected = index == selectedIndex_;
+    if (isSelected) {
+        canvas.fill({selectionInset, y, w - 2 * selectionInset, rowHeight},
+                    isActivePanel_ ? OvPalette::activeSelectionBg : OvPalette::inactiveSelectionBg);
+    }
+    const RowColors colors = isSelected ? selectionColors(isActivePanel_) : colorsOf(item);
+
+    canvas.text(nameText(item), {10, textY, columns.start - 14, rowHeight},
+                item.isDirectory ? boldRetroFont_ : retroFont_, colors.name);
+
+    const std::string size = item.formattedSize(sizeDisplayMode_, spinnerFrame_);
+    const double sizeWidth = canvas.textSize(size, retroFont_).width;
+    canvas.text(size,
+                {std::max(columns.size + 4, columns.date - sizeWidth - 8), textY,
+                 columns.date - columns.size - 8, rowHeight},
+                retroFont_, colors.size);
+
+    canvas.text(item.formattedDate(), {columns.date + 6, textY, 87, rowHeight}, retroFont_, colors.date);
+    canvas.text(item.formattedTime(), {columns.time + 6, textY, 45, rowHeight}, retroFont_, colors.date);
+}
+
+void OvPanelView::drawListSeparators(Canvas& canvas) const {
+    const Color color = OvPalette::dosCyan.withAlpha(listSeparatorOpacity);
+    for (const double x : Columns(bounds().width).separators()) {
+        canvas.line({x, rowsTop}, {x, bounds().height - listSeparatorsEnd}, ruleWidth, color);
+    }
+}
+
+void OvPanelView::drawStatusLine(Canvas& canvas) const {
+    const double w = bounds().width;
+    const double y = bounds().height - statusTextHeight;
+    canvas.text(statusText(), {minimumTextX, y, w * statusLeftShare, bandHeight}, retroFont_,
+                OvPalette::dosBrightWhite);
+
+    const std::string right = countAndFreeSpaceText();
+    const double width = canvas.textSize(right, retroFont_).width;
+    canvas.text(right, {std::max(minimumTextX, w - width - 14), y, width + 5, bandHeight}, retroFont_,
+                OvPalette::dosBrightWhite);
+}
+
+std::string OvPanelView::statusText() const {
+    const std::shared_ptr<FileItem> item = selectedItem();
+    if (!item) return "";
+    if (item->isParentDir) return "Parent directory";
+    const std::string name = text::shownText(item->name) + ": ";
+    if (item->isDirectory) return "📁 " + name + item->formattedSize(sizeDisplayMode_, spinnerFrame_);
+    return "📄 " + name + item->formattedSize(sizeDisplayMode_);
+}
+
+std::string OvPanelView::countAndFreeSpaceText() const {
+    std::string text = std::to_string(itemCount()) + " items";
+    if (const auto capacity = VantrelEngine::getVolumeCapacity(desktop_.files, currentPath_)) {
+        text += " | " + FileItem::formatBytes(capacity->freeBytes, SizeDisplayMode::humanReadable) + " free";
+    }
+    return text;
+}
+
+}  // namespace vantrel
