@@ -1,0 +1,167 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "model/VantrelEngine.h"
+#include "platform/Application.h"
+#include "platform/Desktop.h"
+#include "platform/ProcessInfo.h"
+#include "platform/StandardOutput.h"
+#include "platform/TextField.h"
+#include "platform/Workspace.h"
+#include "support/FakeFileManager.h"
+#include "support/FakeFontCatalog.h"
+#include "support/ManualClock.h"
+#include "support/ManualMainQueue.h"
+#include "support/ManualTimers.h"
+#include "support/ManualWalkQueue.h"
+
+namespace vantrel::test {
+
+class RecordingOutput final : public StandardOutput {
+public:
+    void writeLine(std::string_view line) override { lines.emplace_back(line); }
+    std::vector<std::string> lines;
+};
+
+class RecordingWorkspace final : public Workspace {
+public:
+    void openFile(const std::string& path) override { calls.push_back("open " + path); }
+    void revealFolder(const std::string& path) override { calls.push_back("reveal " + path); }
+    void openTerminal(const std::string& path) override { calls.push_back("terminal " + path); }
+    std::vector<std::string> calls;
+};
+
+class FakeProcessInfo final : public ProcessInfo {
+public:
+    std::string currentDirectoryPath() const override { return currentDirectory; }
+    std::string homeDirectory() const override { return home; }
+    std::optional<std::string> homeDirectoryOf(const std::string& name) const override {
+        const auto found = homes.find(name);
+        if (found == homes.end()) return std::nullopt;
+        return found->second;
+    }
+    std::string userName() const override { return user; }
+    std::string absolutePath(const std::string& path) const override {
+        return path.starts_with('/') ? path : currentDirectory + "/" + path;
+    }
+
+    std::string currentDirectory = "/start";
+    std::string home = "/Users/ann";
+    std::string user = "ann";
+    std::map<std::string, std::string> homes;
+};
+
+/// A window that keeps what it was given.
+class FakeWindow final : public Window {
+public:
+    explicit FakeWindow(WindowOptions given) : options(std::move(given)) {}
+    void setContentView(std::shared_ptr<View> view) override { content = std::move(view); }
+    void centerAndShow() override { isShown = true; }
+    void setShouldClose(std::function<bool()> answer) override { shouldClose = std::move(answer); }
+
+    WindowOptions options;
+    std::shared_ptr<View> content;
+    std::function<bool()> shouldClose;
+    bool isShown = false;
+};
+
+class FakeApplication final : public Application {
+public:
+    std::unique_ptr<Window> makeWindow(const WindowOptions& options) override {
+        auto made = std::make_unique<FakeWindow>(options);
+        window = made.get();
+        return made;
+    }
+    void terminate() override { ++terminations; }
+
+    FakeWindow* window = nullptr;  // borrowed from whoever asked for it
+    int terminations = 0;
+};
+
+class FakeTextField final : public TextField {
+public:
+    FakeTextField(TextFieldStyle given, std::vector<FakeTextField*>& registry)
+        : style(std::move(given)), registry_(registry) {
+        registry_.push_back(this);
+    }
+    ~FakeTextField() override { std::erase(registry_, this); }
+    void setFrame(const Rect& inWindow) override { frame = inWindow; }
+    std::string text() const override { return words; }
+    void setText(const std::string& newWords) override {
+        words = newWords;
+        isAllSelected = false;
+    }
+    void focusAndSelectAll() override { isFocused = isAllSelected = true; }
+    void setKeyHandler(KeyHandler newHandler) override { handler = std::move(newHandler); }
+
+    /// What typing does: the selection is replaced, else the words are appended.
+    void type(const std::string& typed) {
+        words = isAllSelected ? typed : words + typed;
+        isAllSelected = false;
+    }
+
+    TextFieldStyle style;
+    Rect frame;
+    std::string words;
+    KeyHandler handler;
+    bool isFocused = false;
+    bool isAllSelected = false;
+
+private:
+    std::vector<FakeTextField*>& registry_;
+};
+
+class FakeTextFields final : public TextFieldFactory {
+public:
+    std::unique_ptr<TextField> makeTextField(const TextFieldStyle& style) override {
+        return std::make_unique<FakeTextField>(style, alive);
+    }
+    std::vector<FakeTextField*> alive;  ///< oldest first
+};
+
+/// Counts what a tree of views asks of its window.
+class CountingHost final : public ViewHost {
+public:
+    void scheduleRedraw() override { ++redraws; }
+    void focusContent() override { ++focusRequests; }
+    int redraws = 0;
+    int focusRequests = 0;
+};
+
+/// Every port as a fake, and an engine on top of them.
+struct FakeDesktop {
+    FakeApplication application;
+    FakeFileManager files;
+    FakeFontCatalog fonts;
+    ManualMainQueue mainQueue;
+    FakeProcessInfo process;
+    RecordingOutput output;
+    FakeTextFields textFields;
+    ManualTimers timers;
+    RecordingWorkspace workspace;
+    ManualWalkQueue walks;
+    ManualClock clock;
+    std::shared_ptr<VantrelEngine> engine = VantrelEngine::make({walks, mainQueue, clock});
+
+    Desktop ports() {
+        return {.application = application,
+                .files = files,
+                .fonts = fonts,
+                .mainQueue = mainQueue,
+                .process = process,
+                .output = output,
+                .textFields = textFields,
+                .timers = timers,
+                .workspace = workspace};
+    }
+};
+
+}  // namespace vantrel::test

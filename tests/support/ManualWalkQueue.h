@@ -1,0 +1,74 @@
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "walk/Walk.h"
+
+namespace vantrel::test {
+
+/// Walks that happen when the test says so: each submitted walk waits until it is told to progress or to end.
+class ManualWalkQueue final : public WalkQueue {
+public:
+    struct Walk {
+        std::string root;
+        std::shared_ptr<const CancellationFlag> cancellation;
+        std::unique_ptr<WalkObserver> observer;
+
+        void progress(WalkTotals soFar) const { observer->walkDidProgress(soFar); }
+        bool isCancelled() const { return cancellation->isCancelled(); }
+
+        /// Ends the walk the way that a real one does: one that was cancelled before says so.
+        void finish(WalkTotals totals) {
+            observer->walkDidEnd(isCancelled() ? WalkOutcome::cancelled : WalkOutcome::finished, totals);
+            observer.reset();
+        }
+
+        /// The worst case of a race: the walk had not seen its flag yet.
+        void finishWithoutLooking(WalkTotals totals) {
+            observer->walkDidEnd(WalkOutcome::finished, totals);
+            observer.reset();
+        }
+
+        void failToOpenRoot() {
+            observer->walkDidEnd(WalkOutcome::rootUnreadable, {});
+            observer.reset();
+        }
+    };
+
+    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
+                std::unique_ptr<WalkObserver> observer) override {
+        walks.push_back({std::move(root), std::move(cancellation), std::move(observer)});
+    }
+
+    /// The latest walk of that root.
+    Walk& walkOf(const std::string& root) {
+        const auto found =
+            std::find_if(walks.rbegin(), walks.rend(), [&](const Walk& w) { return w.root == root; });
+        if (found == walks.rend()) {
+            ADD_FAILURE() << "no walk of " << root << " was submitted";
+            std::abort();
+        }
+        return *found;
+    }
+
+    std::vector<std::string> roots() const {
+        std::vector<std::string> all;
+        for (const Walk& walk : walks) all.push_back(walk.root);
+        return all;
+    }
+
+    /// Ends every walk that has not ended yet.
+    void finishAll(WalkTotals totals) {
+        for (Walk& walk : walks) {
+            if (walk.observer) walk.finish(totals);
+        }
+    }
+
+    std::vector<Walk> walks;
+};
+
+}  // namespace vantrel::test
