@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace vantrel {
+namespace vantrel::test {
 
 /// Sets, or with no value unsets, an environment variable until the end of the scope; then it is as before.
 /// The C library's time zone follows. Only while no other thread reads the environment.
@@ -47,4 +47,4 @@ private:
     ScopedEnvironment all_, collate_, numeric_, time_, language_;
 };
 
-}  // namespace vantrel
+}  // namespace vantrel::test

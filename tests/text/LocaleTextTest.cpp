@@ -10,6 +10,9 @@ namespace vantrel::text {
 
 namespace {
 
+using test::ScopedEnvironment;
+using test::ScopedLocale;
+
 constexpr const char* noBreakSpace = "\u00A0";
 constexpr const char* narrowNoBreakSpace = "\u202F";
 

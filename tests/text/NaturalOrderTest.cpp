@@ -12,6 +12,9 @@ namespace vantrel::text {
 
 namespace {
 
+using test::ScopedEnvironment;
+using test::ScopedLocale;
+
 using Names = std::vector<std::string>;
 
 /// The names in natural order, whatever order they come in.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cerrno>
+#include <system_error>
+
+namespace vantrel {
+
+/// Makes a system call, again whenever a signal interrupted it. `call` answers -1 with errno on failure. Not
+/// for close(2), which must not be repeated.
+template <class Call>
+auto uninterrupted(Call call) {
+    for (;;) {
+        const auto answer = call();
+        if (answer != -1 || errno != EINTR) return answer;
+    }
+}
+
+/// The reason for the last failed system call of this thread.
+inline std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+}  // namespace vantrel
