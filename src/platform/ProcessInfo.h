@@ -23,7 +23,7 @@ public:
     virtual std::string userName() const = 0;
 
     /// `path` itself when absolute, else below the current folder, without "." and, as far as that names the
-    /// same folder, without "..".
+    /// same folder, without "..". An empty path stays empty.
     virtual std::string absolutePath(const std::string& path) const = 0;
 };
 

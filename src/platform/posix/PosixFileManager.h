@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+namespace vantrel {
+
+/// The file system by POSIX system calls. Paths may be longer than PATH_MAX; nothing blocks on a FIFO or a
+/// device; an entry that vanishes while its folder is listed counts as missing.
+class PosixFileManager final : public FileManager {
+public:
+    /// Fails as open(2) and readdir(3) do. What cannot be looked at, a dangling or looping link among it, is
+    /// in the list as `PathTarget::missing`.
+    Result<std::vector<DirectoryEntry>> contentsOfDirectory(const std::string& path,
+                                                            const NameFilter& wanted) override;
+    PathTarget targetOf(const std::string& path) override;
+    bool isReadable(const std::string& path) override;
+    /// What this user may still fill (f_bavail), which is less than what is free where some is reserved.
+    std::optional<VolumeCapacity> volumeCapacity(const std::string& path) override;
+};
+
+}  // namespace vantrel

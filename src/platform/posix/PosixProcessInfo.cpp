@@ -1,0 +1,136 @@
+#include "platform/posix/PosixProcessInfo.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/PathLocation.h"
+#include "platform/SystemCall.h"
+
+namespace vantrel {
+
+namespace {
+
+struct Free {
+    void operator()(char* memory) const { std::free(memory); }
+};
+using AllocatedText = std::unique_ptr<char, Free>;
+
+struct User {
+    std::string name;
+    std::string home;
+};
+
+/// The record that `lookUp` (getpwuid_r or getpwnam_r, its first argument bound) finds, or nothing.
+template <class LookUp>
+std::optional<User> findUser(LookUp lookUp) {
+    std::vector<char> texts(1024);
+    passwd record{};
+    passwd* found = nullptr;
+    int error = 0;
+    while ((error = lookUp(&record, texts.data(), texts.size(), &found)) == ERANGE || error == EINTR) {
+        if (error == ERANGE) texts.resize(texts.size() * 2);
+    }
+    if (error != 0 || found == nullptr) return std::nullopt;
+    return User{.name = record.pw_name, .home = record.pw_dir};
+}
+
+std::optional<User> thisUser() {
+    return findUser([](auto... arguments) { return ::getpwuid_r(::geteuid(), arguments...); });
+}
+
+std::string environmentValue(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+bool isAbsolute(std::string_view path) {
+    return path.starts_with('/');
+}
+
+enum class ParentSteps { kept, removed };
+
+/// The components of an absolute path without empty ones and "."; a removed ".." takes the one before it
+/// along.
+std::vector<std::string_view> componentsOf(std::string_view path, ParentSteps parentSteps) {
+    std::vector<std::string_view> components;
+    while (!path.empty()) {
+        const std::string_view component = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(path.size(), component.size() + 1));
+        if (component.empty() || component == ".") continue;
+        if (component != ".." || parentSteps == ParentSteps::kept) {
+            components.push_back(component);
+        } else if (!components.empty()) {
+            components.pop_back();
+        }
+    }
+    return components;
+}
+
+std::string joined(const std::vector<std::string_view>& components) {
+    std::string path;
+    for (const std::string_view component : components) path.append("/").append(component);
+    return path.empty() ? "/" : path;
+}
+
+bool namesTheSame(const std::string& path, const std::string& other) {
+    struct stat status {
+    }, otherStatus{};
+    const auto read = [](const std::string& place, struct stat& into) {
+        const Result<PathLocation> location = PathLocation::of(place);
+        return location && uninterrupted([&] {
+                               return ::fstatat(location.value().folder(), location.value().path(), &into, 0);
+                           }) == 0;
+    };
+    return read(path, status) && read(other, otherStatus) && status.st_dev == otherStatus.st_dev &&
+           status.st_ino == otherStatus.st_ino;
+}
+
+}  // namespace
+
+std::string PosixProcessInfo::currentDirectoryPath() const {
+    const AllocatedText path(::getcwd(nullptr, 0));
+    // Older C libraries put "(unreachable)" before a folder outside this process's root.
+    return path != nullptr && isAbsolute(path.get()) ? path.get() : "/";
+}
+
+std::string PosixProcessInfo::homeDirectory() const {
+    const std::string home = environmentValue("HOME");
+    if (isAbsolute(home)) return home;
+    const std::optional<User> user = thisUser();
+    return user && isAbsolute(user->home) ? user->home : "/";
+}
+
+std::optional<std::string> PosixProcessInfo::homeDirectoryOf(const std::string& userName) const {
+    const std::optional<User> user =
+        findUser([&](auto... arguments) { return ::getpwnam_r(userName.c_str(), arguments...); });
+    if (!user || !isAbsolute(user->home)) return std::nullopt;
+    return user->home;
+}
+
+std::string PosixProcessInfo::userName() const {
+    if (const std::optional<User> user = thisUser()) return user->name;
+    for (const char* const variable : {"USER", "LOGNAME"}) {
+        if (std::string name = environmentValue(variable); !name.empty()) return name;
+    }
+    return std::to_string(::geteuid());
+}
+
+std::string PosixProcessInfo::absolutePath(const std::string& path) const {
+    if (path.empty()) return path;
+    const std::string absolute = isAbsolute(path) ? path : currentDirectoryPath() + '/' + path;
+    std::string withParentSteps = joined(componentsOf(absolute, ParentSteps::kept));
+    std::string direct = joined(componentsOf(absolute, ParentSteps::removed));
+    if (direct == withParentSteps || namesTheSame(direct, withParentSteps)) return direct;
+    const AllocatedText withoutLinks(::realpath(withParentSteps.c_str(), nullptr));
+    return withoutLinks != nullptr ? withoutLinks.get() : withParentSteps;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,143 @@
+#include "platform/posix/PosixProcessInfo.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <climits>
+#include <filesystem>
+
+#include "platform/PathLocation.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TemporaryFolder.h"
+
+namespace vantrel {
+
+using test::ScopedEnvironment;
+using test::TemporaryFolder;
+
+namespace {
+
+/// Makes a folder the current one until the end of the scope.
+class ScopedCurrentFolder {
+public:
+    explicit ScopedCurrentFolder(const std::string& path)
+        : before_(::open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        const Result<FileDescriptor> folder = openPath(path, O_RDONLY | O_DIRECTORY);
+        EXPECT_TRUE(folder && ::fchdir(folder.value().number()) == 0) << path;
+    }
+    ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
+    ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
+    ~ScopedCurrentFolder() { EXPECT_EQ(::fchdir(before_.number()), 0); }
+
+private:
+    FileDescriptor before_;
+};
+
+/// The folder without links in its path, as the system names a current folder.
+std::string realPath(const std::string& path) {
+    return std::filesystem::canonical(path);
+}
+
+const PosixProcessInfo process;
+
+}  // namespace
+
+TEST(PosixProcessInfo, namesTheCurrentFolder) {
+    const TemporaryFolder folder;
+    const ScopedCurrentFolder scope(folder.path());
+    EXPECT_EQ(process.currentDirectoryPath(), realPath(folder.path()));
+}
+
+TEST(PosixProcessInfo, namesTheRootWhenTheCurrentFolderIsGone) {
+    const TemporaryFolder folder;
+    const std::string gone = folder.makeFolder("gone");
+    const ScopedCurrentFolder scope(gone);
+    ASSERT_EQ(::rmdir(gone.c_str()), 0);
+    EXPECT_EQ(process.currentDirectoryPath(), "/");
+    EXPECT_EQ(process.absolutePath("below"), "/below");
+}
+
+TEST(PosixProcessInfo, namesACurrentFolderThatIsDeeperThanPathMax) {
+    const TemporaryFolder folder;
+    const std::string deep = folder.makeDeepFolder(PATH_MAX / 100 + 1, std::string(100, 'd'));
+    const ScopedCurrentFolder scope(deep);
+    EXPECT_EQ(process.currentDirectoryPath(), realPath(folder.path()) + deep.substr(folder.path().size()));
+}
+
+TEST(PosixProcessInfo, takesTheHomeFolderFromTheEnvironmentWhereItIsAbsolute) {
+    const ScopedEnvironment home("HOME", "/home/some one");
+    EXPECT_EQ(process.homeDirectory(), "/home/some one");
+}
+
+TEST(PosixProcessInfo, takesTheHomeFolderFromTheUserDatabaseOtherwise) {
+    const passwd* const user = ::getpwuid(::geteuid());
+    if (user == nullptr) GTEST_SKIP() << "this user is not in the database";
+    const std::string expected = user->pw_dir;
+    for (const std::optional<std::string>& value : {std::optional<std::string>(), {""}, {"relative"}}) {
+        const ScopedEnvironment home("HOME", value);
+        EXPECT_EQ(process.homeDirectory(), expected);
+    }
+}
+
+TEST(PosixProcessInfo, knowsTheHomeFoldersOfOtherUsers) {
+    EXPECT_EQ(process.homeDirectoryOf("root"), "/root");
+    EXPECT_EQ(process.homeDirectoryOf("no such user"), std::nullopt);
+    EXPECT_EQ(process.homeDirectoryOf(""), std::nullopt);
+}
+
+TEST(PosixProcessInfo, namesTheUserByTheDatabaseWhateverTheEnvironmentSays) {
+    if (::geteuid() != 0) GTEST_SKIP() << "root's name is the only one that every system agrees on";
+    const ScopedEnvironment user("USER", "somebody");
+    EXPECT_EQ(process.userName(), "root");
+}
+
+TEST(PosixProcessInfo, leavesACleanAbsolutePathAsItIs) {
+    EXPECT_EQ(process.absolutePath("/"), "/");
+    EXPECT_EQ(process.absolutePath("/no/such place/\xFF"), "/no/such place/\xFF");
+    EXPECT_EQ(process.absolutePath("/..hidden/..."), "/..hidden/...");
+    EXPECT_EQ(process.absolutePath(""), "");
+}
+
+TEST(PosixProcessInfo, putsARelativePathBelowTheCurrentFolder) {
+    const TemporaryFolder folder;
+    const ScopedCurrentFolder scope(folder.path());
+    const std::string current = realPath(folder.path());
+    EXPECT_EQ(process.absolutePath("a/b"), current + "/a/b");
+    EXPECT_EQ(process.absolutePath("."), current);
+    EXPECT_EQ(process.absolutePath("./a/./"), current + "/a");
+    EXPECT_EQ(process.absolutePath("~"), current + "/~") << "tildes are somebody else's business";
+}
+
+TEST(PosixProcessInfo, removesEmptyComponentsAndDots) {
+    EXPECT_EQ(process.absolutePath("//usr///lib/"), "/usr/lib");
+    EXPECT_EQ(process.absolutePath("/./usr/./lib/."), "/usr/lib");
+}
+
+TEST(PosixProcessInfo, removesParentStepsThatNameTheSameFolder) {
+    const TemporaryFolder folder;
+    folder.makeFolder("a");
+    folder.makeFolder("b");
+    EXPECT_EQ(process.absolutePath(folder.path("a/../b")), folder.path("b"));
+    EXPECT_EQ(process.absolutePath(folder.path("a/..")), folder.path());
+    EXPECT_EQ(process.absolutePath("/.."), "/");
+    EXPECT_EQ(process.absolutePath("/../../usr"), "/usr");
+}
+
+TEST(PosixProcessInfo, resolvesParentStepsBehindALinkAsTheSystemDoes) {
+    const TemporaryFolder folder;
+    const TemporaryFolder elsewhere;
+    elsewhere.makeFolder("inner");
+    elsewhere.makeFolder("b");
+    folder.makeFolder("b");
+    folder.makeLink("link", elsewhere.path("inner"));
+    EXPECT_EQ(process.absolutePath(folder.path("link/../b")), realPath(elsewhere.path("b")));
+}
+
+TEST(PosixProcessInfo, keepsParentStepsWhereNothingExists) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(process.absolutePath(folder.path("missing/../b")), folder.path("missing/../b"));
+}
+
+}  // namespace vantrel
