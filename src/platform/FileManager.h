@@ -21,7 +21,7 @@ enum class LinkKind : std::uint8_t { notALink, symbolicLink };
 /// An entry's own attributes (of the link, where it is one).
 struct FileAttributes {
     std::int64_t size = 0;  ///< bytes
-    FileTime modificationDate;
+    FileTime modificationDate{};
     LinkKind link = LinkKind::notALink;
     std::uint32_t posixPermissions = 0;  ///< the permission bits of st_mode
 };

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <limits>
 
 #include "support/ScopedEnvironment.h"
@@ -12,7 +11,9 @@ namespace {
 
 using enum SizeDisplayMode;
 
-std::string human(std::int64_t bytes) { return FileItem::formatBytes(bytes, humanReadable); }
+std::string human(std::int64_t bytes) {
+    return FileItem::formatBytes(bytes, humanReadable);
+}
 
 FileItem folderIn(VantrelState state) {
     return FileItem({.name = "src", .path = "/src", .isDirectory = true, .vantrelState = std::move(state)});
@@ -47,10 +48,10 @@ TEST(FormatBytes, kilobytesAndMegabytesHaveOneDecimalGigabytesAndTerabytesTwo) {
 }
 
 TEST(FormatBytes, roundingIsThatOfPrintf) {
-    EXPECT_EQ(human(1075), "   1.0 K");   // 1.0498 K
-    EXPECT_EQ(human(1076), "   1.1 K");   // 1.0508 K
-    EXPECT_EQ(human(1280), "   1.2 K");   // 1.25 K exactly: a tie goes to the even digit
-    EXPECT_EQ(human(1792), "   1.8 K");   // 1.75 K exactly
+    EXPECT_EQ(human(1075), "   1.0 K");  // 1.0498 K
+    EXPECT_EQ(human(1076), "   1.1 K");  // 1.0508 K
+    EXPECT_EQ(human(1280), "   1.2 K");  // 1.25 K exactly: a tie goes to the even digit
+    EXPECT_EQ(human(1792), "   1.8 K");  // 1.75 K exactly
 }
 
 TEST(FormatBytes, aNumberTooWideForItsFieldIsWrittenWhole) {
@@ -58,14 +59,14 @@ TEST(FormatBytes, aNumberTooWideForItsFieldIsWrittenWhole) {
 }
 
 TEST(FormatBytes, rawBytesAreGroupedByAnEnglishLocaleAndEndInBlankB) {
-    const test::ScopedEnvironment locale({{"LC_ALL", "en_US.UTF-8"}});
+    const ScopedLocale locale("en_US.UTF-8");
     EXPECT_EQ(FileItem::formatBytes(1234567, rawBytes), "1,234,567 B");
     EXPECT_EQ(FileItem::formatBytes(0, rawBytes), "0 B");
     EXPECT_EQ(FileItem::formatBytes(-1234, rawBytes), "-1,234 B");
 }
 
 TEST(FormatBytes, rawBytesFollowTheUsersLocaleAndUnitsDoNot) {
-    const test::ScopedEnvironment locale({{"LC_ALL", "de_DE.UTF-8"}});
+    const ScopedLocale locale("de_DE.UTF-8");
     EXPECT_EQ(FileItem::formatBytes(1234567, rawBytes), "1.234.567 B");
     EXPECT_EQ(human(1536), "   1.5 K");
 }
@@ -151,7 +152,7 @@ TEST(FileItem, theSizeForSortingIsTheFilesSizeOrTheFoldersRunningOrFinalTotal) {
 }
 
 TEST(FileItem, aFileShowsItsSizeInEitherMode) {
-    const test::ScopedEnvironment locale({{"LC_ALL", "en_US.UTF-8"}});
+    const ScopedLocale locale("en_US.UTF-8");
     const FileItem file({.name = "f", .path = "/f", .size = 1536, .vantrelState = state::Parent{}});
     EXPECT_EQ(file.formattedSize(humanReadable), "   1.5 K");
     EXPECT_EQ(file.formattedSize(rawBytes), "1,536 B");
@@ -164,7 +165,7 @@ TEST(FileItem, aFolderWithNothingCountedYetShowsTheSpinnerAndCalc) {
 }
 
 TEST(FileItem, aFolderThatIsCountingShowsTheSpinnerAndTheBytesSoFar) {
-    const test::ScopedEnvironment locale({{"LC_ALL", "en_US.UTF-8"}});
+    const ScopedLocale locale("en_US.UTF-8");
     const FileItem folder = folderIn(state::Calculating{1572864, 3});
     EXPECT_EQ(folder.formattedSize(humanReadable, 0), "[|]    1.5 M");
     EXPECT_EQ(folder.formattedSize(rawBytes, 2), "[-] 1,572,864 B");
@@ -192,8 +193,8 @@ TEST(FileItem, theOtherStatesOfAFolderHaveTheirFixedTexts) {
 }
 
 TEST(FileItem, dateAndTimeFollowTheirPatternsInTheUsersTimeZone) {
-    const test::ScopedEnvironment environment({{"LC_ALL", "en_US.UTF-8"}, {"TZ", "Europe/Berlin"}});
-    tzset();
+    const ScopedLocale locale("en_US.UTF-8");
+    const ScopedEnvironment timeZone("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
     using namespace std::chrono;
     const FileTime moment = sys_days(2024y / March / 5) + 22h + 59min;
     const FileItem item({.name = "f", .path = "/f", .modDate = moment});
