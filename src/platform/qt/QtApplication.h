@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QApplication>
+#include <QPointer>
+
+#include "platform/Application.h"
+#include "platform/qt/QtWindow.h"
+
+namespace vantrel {
+
+/// The connection to the desktop; there is one for the life of the process, made before everything else of
+/// Qt. Without a display it prints one line on standard error and ends the process with status 1.
+class QtApplication final : public Application {
+public:
+    /// `programName` is argv[0]; no other argument reaches Qt.
+    explicit QtApplication(const char* programName);
+
+    std::unique_ptr<Window> makeWindow(const WindowOptions& options) override;
+    void terminate() override;
+
+    /// Serves events until `terminate` or until the last window is closed.
+    void run();
+
+    /// Content of the window made last; null when there is none.
+    QtContentWidget* content() const;
+
+private:
+    int argumentCount_ = 1;
+    std::string programName_;
+    char* arguments_[2];  ///< QApplication keeps referring to it
+    QApplication application_;
+    QPointer<QtWindow> window_;
+};
+
+}  // namespace vantrel

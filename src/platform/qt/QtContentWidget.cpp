@@ -1,0 +1,144 @@
+#include "platform/qt/QtContentWidget.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "platform/qt/QtCanvas.h"
+#include "platform/qt/QtKeys.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr qint64 frameMilliseconds = 16;
+
+Point pointFrom(const QPointF& position) {
+    return {position.x(), position.y()};
+}
+
+}  // namespace
+
+QtContentWidget::QtContentWidget(const Color& background, QWidget* parent)
+    : QWidget(parent), background_(background) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+QtContentWidget::~QtContentWidget() {
+    if (root_) root_->setHost(nullptr);
+}
+
+void QtContentWidget::setRoot(std::shared_ptr<View> root) {
+    if (root_) root_->setHost(nullptr);
+    root_ = std::move(root);
+    root_->setHost(this);
+    fitRoot();
+    update();
+}
+
+void QtContentWidget::scheduleRedraw() {
+    if (redrawTimer_.isActive()) return;
+    const qint64 elapsed = sinceRedraw_.isValid() ? sinceRedraw_.elapsed() : frameMilliseconds;
+    if (elapsed >= frameMilliseconds) {
+        update();
+    } else {
+        redrawTimer_.start(static_cast<int>(frameMilliseconds - elapsed), Qt::PreciseTimer, this);
+    }
+}
+
+void QtContentWidget::focusContent() {
+    setFocus(Qt::OtherFocusReason);
+}
+
+void QtContentWidget::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != redrawTimer_.timerId()) return QWidget::timerEvent(event);
+    redrawTimer_.stop();
+    update();
+}
+
+void QtContentWidget::paintEvent(QPaintEvent*) {
+    sinceRedraw_.start();
+    QPainter painter(this);
+    QtCanvas canvas(painter, faces_);
+    canvas.fill({0, 0, static_cast<double>(width()), static_cast<double>(height())}, background_);
+    if (root_) root_->drawTree(canvas);
+}
+
+void QtContentWidget::resizeEvent(QResizeEvent*) {
+    fitRoot();
+}
+
+void QtContentWidget::fitRoot() {
+    if (root_) root_->setFrame({0, 0, static_cast<double>(width()), static_cast<double>(height())});
+}
+
+bool QtContentWidget::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::ShortcutOverride:
+            // Keys with Control belong to the main menu first; every other key is the content's own.
+            event->setAccepted(!holdsCommand(*static_cast<QKeyEvent*>(event)));
+            return true;
+        case QEvent::KeyPress:
+            // Here and not in keyPressEvent, which never sees the keys that move the focus.
+            event->accept();
+            if (const auto& key = *static_cast<QKeyEvent*>(event); !isModifierKey(key))
+                sendKey(keyEventFrom(key));
+            return true;
+        default:
+            return QWidget::event(event);
+    }
+}
+
+void QtContentWidget::sendKey(const KeyEvent& event) {
+    const std::shared_ptr<View> root = root_;
+    if (root) root->keyDown(event);
+}
+
+void QtContentWidget::mousePressEvent(QMouseEvent* event) {
+    sendClick(*event, 1);
+}
+
+void QtContentWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    sendClick(*event, 2);
+}
+
+void QtContentWidget::sendClick(const QMouseEvent& event, int clickCount) {
+    const std::shared_ptr<View> root = root_;
+    if (!root || event.button() != Qt::LeftButton) return;
+    dispatchMouseDown(*root, {pointFrom(event.position()), clickCount});
+}
+
+void QtContentWidget::wheelEvent(QWheelEvent* event) {
+    const std::shared_ptr<View> root = root_;
+    event->accept();
+    if (!root || event->angleDelta().y() == 0) return;
+    const int steps = wheel_.add(event->angleDelta().y());
+    for (int step = 0; step < std::abs(steps); ++step)
+        dispatchScrollWheel(*root, {pointFrom(event->position()), steps > 0 ? 1.0 : -1.0});
+}
+
+void QtContentWidget::inputMethodEvent(QInputMethodEvent* event) {
+    event->accept();
+    if (!event->commitString().isEmpty()) sendKey(keyEventFromCommit(event->commitString()));
+}
+
+QVariant QtContentWidget::inputMethodQuery(Qt::InputMethodQuery query) const {
+    switch (query) {
+        case Qt::ImEnabled:
+            return true;
+        case Qt::ImCursorRectangle:
+            // Nothing shows a text cursor; candidate windows are out of the way at the lower edge.
+            return QRect(0, height() - 1, 1, 1);
+        default:
+            return QWidget::inputMethodQuery(query);
+    }
+}
+
+}  // namespace vantrel

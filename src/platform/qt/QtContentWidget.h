@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QWidget>
+#include <memory>
+
+#include "platform/View.h"
+#include "platform/qt/QtFace.h"
+#include "platform/qt/WheelSteps.h"
+
+namespace vantrel {
+
+/// The content area of the window: shows a tree of views and passes Qt's events on to it. Keys go to the
+/// root, and none of them to anybody else afterwards. Main thread only.
+class QtContentWidget final : public QWidget, public ViewHost {
+public:
+    explicit QtContentWidget(const Color& background, QWidget* parent = nullptr);
+    ~QtContentWidget() override;
+
+    /// Shows `root`, which takes the widget's size from now on.
+    void setRoot(std::shared_ptr<View> root);
+
+    void scheduleRedraw() override;
+    void focusContent() override;
+
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+
+private:
+    void fitRoot();
+    void sendKey(const KeyEvent& event);
+    void sendClick(const QMouseEvent& event, int clickCount);
+
+    Color background_;
+    std::shared_ptr<View> root_;
+    QtFaces faces_;
+    WheelSteps wheel_;
+    QElapsedTimer sinceRedraw_;
+    QBasicTimer redrawTimer_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QKeyEvent>
+#include <QString>
+
+#include "platform/Events.h"
+
+namespace vantrel {
+
+/// The program's key event for Qt's. What a key types without modifiers follows Shift alone, also while
+/// Control is held, when Qt's own text is a control character. Keys pressed with the Super key type nothing:
+/// they belong to the desktop.
+KeyEvent keyEventFrom(const QKeyEvent& event);
+
+/// The key event of text that an input method has put together.
+KeyEvent keyEventFromCommit(const QString& text);
+
+/// Whether the event holds Control as a command key; Control with AltGr types characters on some layouts.
+bool holdsCommand(const QKeyEvent& event);
+
+/// Whether it is the press of Shift, Control, Caps Lock and their like, which by themselves mean nothing.
+bool isModifierKey(const QKeyEvent& event);
+
+}  // namespace vantrel

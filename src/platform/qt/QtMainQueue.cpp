@@ -1,0 +1,63 @@
+#include "platform/qt/QtMainQueue.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEvent>
+#include <chrono>
+#include <iterator>
+#include <utility>
+
+namespace vantrel {
+
+namespace {
+
+constexpr std::chrono::milliseconds turnLength{4};
+
+}  // namespace
+
+void QtMainQueue::post(Task task) {
+    {
+        const std::scoped_lock lock(mutex_);
+        posted_.push_back(std::move(task));
+        if (std::exchange(awake_, true)) return;
+    }
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+void QtMainQueue::customEvent(QEvent*) {
+    runForAWhile();
+}
+
+void QtMainQueue::timerEvent(QTimerEvent*) {
+    runForAWhile();
+}
+
+void QtMainQueue::runForAWhile() {
+    // A timer of zero is served after input and painting; another posted event would go before them. It runs
+    // from the start, so that a task which runs an event loop of its own does not hold up the others.
+    if (!nextTurn_.isActive()) nextTurn_.start(0, this);
+    const QDeadlineTimer turnEnd(turnLength, Qt::PreciseTimer);
+    Task task;
+    while (takeNext(task)) {
+        std::exchange(task, nullptr)();
+        if (turnEnd.hasExpired()) return;
+    }
+    nextTurn_.stop();
+}
+
+bool QtMainQueue::takeNext(Task& task) {
+    if (waiting_.empty()) {
+        const std::scoped_lock lock(mutex_);
+        if (posted_.empty()) {
+            awake_ = false;
+            return false;
+        }
+        waiting_.assign(std::make_move_iterator(posted_.begin()), std::make_move_iterator(posted_.end()));
+        posted_.clear();
+    }
+    task = std::move(waiting_.front());
+    waiting_.pop_front();
+    return true;
+}
+
+}  // namespace vantrel

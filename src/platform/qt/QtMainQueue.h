@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QObject>
+#include <deque>
+#include <mutex>
+#include <vector>
+
+#include "platform/MainQueue.h"
+
+namespace vantrel {
+
+/// The main thread's event loop as a queue. Tasks run for a few milliseconds at a time; between two such
+/// turns the loop serves everything else, so any number of tasks leaves the window usable. Made, destroyed
+/// and served on the main thread; tasks still waiting at the end are dropped.
+class QtMainQueue final : public QObject, public MainQueue {
+public:
+    void post(Task task) override;
+
+protected:
+    void customEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void runForAWhile();
+    bool takeNext(Task& task);
+
+    std::mutex mutex_;
+    std::vector<Task> posted_;  ///< guarded by mutex_
+    bool awake_ = false;        ///< guarded by mutex_; a wake-up or the timer is under way
+    std::deque<Task> waiting_;  ///< main thread only; older than everything in posted_
+    QBasicTimer nextTurn_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+
+#include "platform/Application.h"
+#include "platform/qt/QtContentWidget.h"
+
+namespace vantrel {
+
+/// A native window around a QtContentWidget. Its sizes are the content's: the window's frame and a menu bar
+/// come on top.
+class QtWindow final : public QMainWindow, public Window {
+public:
+    explicit QtWindow(const WindowOptions& options);
+
+    void setContentView(std::shared_ptr<View> content) override;
+    void centerAndShow() override;
+    void setShouldClose(std::function<bool()> shouldClose) override;
+
+    QtContentWidget& content() const { return *content_; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void giveContentItsSize();
+
+    QtContentWidget* content_;  ///< owned by QMainWindow
+    QSize contentSize_;
+    std::function<bool()> shouldClose_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,107 @@
+#include "platform/qt/QtMainQueue.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTest>
+#include <QTimer>
+#include <memory>
+
+#include "platform/qt/QtTimerFactory.h"
+#include "qt/QtTestSupport.h"
+#include "support/MainQueueContract.h"
+#include "support/TimerContract.h"
+
+namespace vantrel::test {
+
+namespace {
+
+void keepBusy(std::chrono::microseconds time) {
+    for (const QDeadlineTimer end(time, Qt::PreciseTimer); !end.hasExpired();) continue;
+}
+
+}  // namespace
+
+class QtMainQueueSubject {
+public:
+    MainQueue& queue() { return queue_; }
+    void runAll() {
+        bool last = false;
+        const auto markEnd = [&] { queue_.post([&] { last = true; }); };
+        // The second mark stands behind everything that tasks before the first one have posted.
+        queue_.post(markEnd);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return last; }, 60'000));
+    }
+
+private:
+    QtMainQueue queue_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, MainQueueContract, QtMainQueueSubject);
+
+class QtTimersSubject {
+public:
+    TimerFactory& timers() { return timers_; }
+    void turn() { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); }
+
+private:
+    QtTimerFactory timers_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, TimerContract, QtTimersSubject);
+
+TEST(QtMainQueue, otherEventsAreServedWhileManyTasksWait) {
+    constexpr int count = 10'000;
+    QtMainQueue queue;
+    int ran = 0;
+    int ranBeforeTheTimer = -1;
+    QTimer::singleShot(1, [&] { ranBeforeTheTimer = ran; });
+    for (int i = 0; i < count; ++i) {
+        queue.post([&] {
+            keepBusy(std::chrono::microseconds(20));
+            ++ran;
+        });
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ran == count; }, 60'000));
+    EXPECT_GE(ranBeforeTheTimer, 0);
+    EXPECT_LT(ranBeforeTheTimer, count);
+}
+
+TEST(QtMainQueue, tasksThatPostTheNextOneForEverLeaveTheLoopFree) {
+    QtMainQueue queue;
+    bool stop = false;
+    std::function<void()> again = [&] {
+        if (!stop) queue.post(again);
+    };
+    queue.post(again);
+    QTimer::singleShot(1, [&] { stop = true; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return stop; }, 60'000));
+    serveEvents();
+}
+
+TEST(QtMainQueue, aTaskWithAnEventLoopOfItsOwnDoesNotHoldUpTheOthers) {
+    QtMainQueue queue;
+    QEventLoop inner;
+    bool returned = false;
+    QTimer::singleShot(60'000, &inner, [&] { inner.exit(1); });
+    queue.post([&] {
+        EXPECT_EQ(inner.exec(), 0) << "nobody ran the second task";
+        returned = true;
+    });
+    queue.post([&] { inner.exit(0); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return returned; }, 60'000));
+}
+
+TEST(QtMainQueue, tasksStillWaitingAreDroppedWithTheQueue) {
+    const auto token = std::make_shared<int>(0);
+    bool ran = false;
+    {
+        QtMainQueue queue;
+        queue.post([token, &ran] { ran = true; });
+    }
+    serveEvents();
+    EXPECT_FALSE(ran);
+    EXPECT_EQ(token.use_count(), 1);
+}
+
+}  // namespace vantrel::test
