@@ -59,14 +59,14 @@ TEST(FormatBytes, aNumberTooWideForItsFieldIsWrittenWhole) {
 }
 
 TEST(FormatBytes, rawBytesAreGroupedByAnEnglishLocaleAndEndInBlankB) {
-    const ScopedLocale locale("en_US.UTF-8");
+    const test::ScopedLocale locale("en_US.UTF-8");
     EXPECT_EQ(FileItem::formatBytes(1234567, rawBytes), "1,234,567 B");
     EXPECT_EQ(FileItem::formatBytes(0, rawBytes), "0 B");
     EXPECT_EQ(FileItem::formatBytes(-1234, rawBytes), "-1,234 B");
 }
 
 TEST(FormatBytes, rawBytesFollowTheUsersLocaleAndUnitsDoNot) {
-    const ScopedLocale locale("de_DE.UTF-8");
+    const test::ScopedLocale locale("de_DE.UTF-8");
     EXPECT_EQ(FileItem::formatBytes(1234567, rawBytes), "1.234.567 B");
     EXPECT_EQ(human(1536), "   1.5 K");
 }
@@ -152,7 +152,7 @@ TEST(FileItem, theSizeForSortingIsTheFilesSizeOrTheFoldersRunningOrFinalTotal) {
 }
 
 TEST(FileItem, aFileShowsItsSizeInEitherMode) {
-    const ScopedLocale locale("en_US.UTF-8");
+    const test::ScopedLocale locale("en_US.UTF-8");
     const FileItem file({.name = "f", .path = "/f", .size = 1536, .vantrelState = state::Parent{}});
     EXPECT_EQ(file.formattedSize(humanReadable), "   1.5 K");
     EXPECT_EQ(file.formattedSize(rawBytes), "1,536 B");
@@ -165,7 +165,7 @@ TEST(FileItem, aFolderWithNothingCountedYetShowsTheSpinnerAndCalc) {
 }
 
 TEST(FileItem, aFolderThatIsCountingShowsTheSpinnerAndTheBytesSoFar) {
-    const ScopedLocale locale("en_US.UTF-8");
+    const test::ScopedLocale locale("en_US.UTF-8");
     const FileItem folder = folderIn(state::Calculating{1572864, 3});
     EXPECT_EQ(folder.formattedSize(humanReadable, 0), "[|]    1.5 M");
     EXPECT_EQ(folder.formattedSize(rawBytes, 2), "[-] 1,572,864 B");
@@ -193,8 +193,8 @@ TEST(FileItem, theOtherStatesOfAFolderHaveTheirFixedTexts) {
 }
 
 TEST(FileItem, dateAndTimeFollowTheirPatternsInTheUsersTimeZone) {
-    const ScopedLocale locale("en_US.UTF-8");
-    const ScopedEnvironment timeZone("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+    const test::ScopedLocale locale("en_US.UTF-8");
+    const test::ScopedEnvironment timeZone("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
     using namespace std::chrono;
     const FileTime moment = sys_days(2024y / March / 5) + 22h + 59min;
     const FileItem item({.name = "f", .path = "/f", .modDate = moment});
