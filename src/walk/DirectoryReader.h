@@ -1,0 +1,86 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/FileDescriptor.h"
+#include "platform/Result.h"
+
+namespace vantrel::walking {
+
+enum class EntryKind : std::uint8_t {
+    folder,
+    link,
+    other,    ///< a file, FIFO, socket or device: what is counted
+    unknown,  ///< the directory stream does not say; only `measure` knows
+};
+
+/// A name of the batch last read; the text lives until the next `read`.
+struct Entry {
+    const char* name = nullptr;
+    EntryKind kind = EntryKind::unknown;
+};
+
+struct Measure {
+    EntryKind kind = EntryKind::unknown;  ///< never unknown after a successful `measure`
+    std::int64_t bytes = 0;               ///< allocated on disk
+};
+
+/// The file system of a walk's root. Shared by the threads of the walk.
+struct Volume {
+    dev_t device = 0;
+    std::atomic<bool> sparesAccessTimes{
+        true};  ///< false once the system has refused to leave a folder's alone
+};
+
+/// What a reader keeps beside the descriptor while a folder is read in several batches; nothing on Linux.
+class DirectoryStream {
+public:
+    virtual ~DirectoryStream() = default;
+};
+
+/// Port: the system calls of a walk. Each thread has a reader of its own, which holds one batch of names.
+/// Descriptors and streams may pass from one thread's reader to another's. What cannot be opened or measured
+/// is an error value; EMFILE and ENFILE mean that the same call may succeed later.
+class DirectoryReader {
+public:
+    virtual ~DirectoryReader() = default;
+
+    /// The folder at `path` (any length), through links and mount points: the root of a walk.
+    virtual Result<FileDescriptor> openRoot(const std::string& path) = 0;
+
+    /// Fills in what is known about the file system of an opened root.
+    virtual void describe(int root, Volume& volume) = 0;
+
+    /// The folder `name` in `parent`; never through a link nor into another file system.
+    virtual Result<FileDescriptor> openFolder(int parent, const char* name, Volume& volume) = 0;
+
+    /// The folder at `relativePath` (any length, "." too) below `ancestor`, by the same rules. Good for
+    /// `openFolder`, `openBelow` and `measure`, perhaps not for reading.
+    virtual Result<FileDescriptor> openBelow(int ancestor, const std::string& relativePath,
+                                             Volume& volume) = 0;
+
+    /// To be called once, before the first `read` of a folder; destroyed after the last.
+    virtual Result<std::unique_ptr<DirectoryStream>> beginReading(int folder) = 0;
+
+    /// Reads the next batch of names. False at the end of the folder, and on an error.
+    virtual bool read(int folder, DirectoryStream* stream) = 0;
+
+    /// Whether the batch last read is known to be the folder's last.
+    virtual bool reachedEnd() const = 0;
+
+    /// Whether the batch last read was so large that more names are likely to follow.
+    virtual bool expectsMore() const = 0;
+
+    /// The next entry of the batch, without "." and "..". False when the batch is used up.
+    virtual bool next(Entry& entry) = 0;
+
+    /// Looks at an entry without following a link or opening it.
+    virtual bool measure(int folder, const char* name, Measure& measure) = 0;
+};
+
+}  // namespace vantrel::walking

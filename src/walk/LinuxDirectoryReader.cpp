@@ -1,0 +1,141 @@
+#include "walk/LinuxDirectoryReader.h"
+
+#ifdef __linux__
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+
+#include <cerrno>
+
+#include "platform/PathLocation.h"
+#include "platform/SystemCall.h"
+#include "walk/PosixCalls.h"
+
+namespace vantrel::walking {
+
+namespace {
+
+constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+constexpr int placeFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+constexpr std::size_t batchBytes = 64 * 1024;
+
+// False once the kernel or a sandbox has shown that it has no openat2.
+std::atomic<bool> hasOpenat2{true};
+
+Result<FileDescriptor> openat2Within(int base, const char* path, int flags) {
+    open_how how{};
+    how.flags = static_cast<std::uint64_t>(flags);
+    how.resolve = RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS;
+    // EAGAIN: a rename raced with the look-up; a file system of its own may answer it for ever.
+    constexpr int tries = 8;
+    long number = -1;
+    for (int i = 0; i < tries; ++i) {
+        number = ::syscall(SYS_openat2, base, path, &how, sizeof how);
+        if (number >= 0 || (errno != EINTR && errno != EAGAIN)) break;
+    }
+    if (number < 0) return lastError();
+    return FileDescriptor(static_cast<int>(number));
+}
+
+// `name` in `base`, not through a link, not into another file system.
+Result<FileDescriptor> openWithin(int base, const char* name, int flags, const Volume& volume) {
+    if (hasOpenat2.load(std::memory_order_relaxed)) {
+        auto opened = openat2Within(base, name, flags | O_NOFOLLOW);
+        if (opened) return opened;
+        const auto error = opened.error();
+        // A sandbox may answer EPERM for a call it does not know; so does O_NOATIME on another user's folder.
+        if (error != std::errc::function_not_supported && error != std::errc::operation_not_permitted)
+            return opened;
+        auto fallback = openOnDevice(base, name, flags, volume.device);
+        if (fallback) hasOpenat2.store(false, std::memory_order_relaxed);
+        return fallback;
+    }
+    return openOnDevice(base, name, flags, volume.device);
+}
+
+bool isDotOrDotDot(const char* name) {
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+EntryKind kindOf(unsigned char type) {
+    switch (type) {
+        case DT_UNKNOWN:
+            return EntryKind::unknown;
+        case DT_DIR:
+            return EntryKind::folder;
+        case DT_LNK:
+            return EntryKind::link;
+        default:
+            return EntryKind::other;
+    }
+}
+
+}  // namespace
+
+LinuxDirectoryReader::LinuxDirectoryReader() : batch_(std::make_unique<char[]>(batchBytes)) {}
+
+Result<FileDescriptor> LinuxDirectoryReader::openRoot(const std::string& path) {
+    return openPath(path, readFlags);
+}
+
+void LinuxDirectoryReader::describe(int root, Volume& volume) {
+    if (auto identity = identify(root)) volume.device = identity->device;
+}
+
+Result<FileDescriptor> LinuxDirectoryReader::openFolder(int parent, const char* name, Volume& volume) {
+    if (volume.sparesAccessTimes.load(std::memory_order_relaxed)) {
+        auto opened = openWithin(parent, name, readFlags | O_NOATIME, volume);
+        if (opened || opened.error() != std::errc::operation_not_permitted) return opened;
+        volume.sparesAccessTimes.store(false, std::memory_order_relaxed);
+    }
+    return openWithin(parent, name, readFlags, volume);
+}
+
+Result<FileDescriptor> LinuxDirectoryReader::openBelow(int ancestor, const std::string& relativePath,
+                                                       Volume& volume) {
+    const std::size_t longestPiece = hasOpenat2.load(std::memory_order_relaxed) ? PATH_MAX - 1 : 0;
+    return openInPieces(ancestor, relativePath, longestPiece, [&](int base, const char* piece) {
+        return openWithin(base, piece, placeFlags, volume);
+    });
+}
+
+Result<std::unique_ptr<DirectoryStream>> LinuxDirectoryReader::beginReading(int) {
+    return std::unique_ptr<DirectoryStream>();
+}
+
+bool LinuxDirectoryReader::read(int folder, DirectoryStream*) {
+    const auto size = ::getdents64(folder, batch_.get(), batchBytes);
+    used_ = size > 0 ? static_cast<std::size_t>(size) : 0;
+    position_ = 0;
+    return used_ > 0;
+}
+
+bool LinuxDirectoryReader::expectsMore() const {
+    return used_ > batchBytes / 2;
+}
+
+bool LinuxDirectoryReader::next(Entry& entry) {
+    while (position_ < used_) {
+        const auto* record = reinterpret_cast<const dirent64*>(batch_.get() + position_);
+        position_ += record->d_reclen;
+        if (isDotOrDotDot(record->d_name)) continue;
+        entry.name = record->d_name;
+        entry.kind = kindOf(record->d_type);
+        return true;
+    }
+    return false;
+}
+
+bool LinuxDirectoryReader::measure(int folder, const char* name, Measure& measure) {
+    struct stat status;
+    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0) return false;
+    measure = measureOf(status);
+    return true;
+}
+
+}  // namespace vantrel::walking
+
+#endif

@@ -1,0 +1,35 @@
+#include "walk/PosixCalls.h"
+
+#include <fcntl.h>
+
+#include "platform/SystemCall.h"
+
+namespace vantrel::walking {
+
+std::optional<Identity> identify(int descriptor) {
+    struct stat status;
+    if (::fstat(descriptor, &status) != 0) return std::nullopt;
+    return Identity{status.st_dev, status.st_ino};
+}
+
+bool isDescriptorShortage(const std::error_code& error) {
+    return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
+}
+
+Result<FileDescriptor> openOnDevice(int parent, const char* name, int flags, dev_t device) {
+    FileDescriptor opened(uninterrupted([&] { return ::openat(parent, name, flags | O_NOFOLLOW); }));
+    if (!opened) return lastError();
+    auto identity = identify(opened.number());
+    if (!identity) return lastError();
+    if (identity->device != device) return std::make_error_code(std::errc::cross_device_link);
+    return opened;
+}
+
+Measure measureOf(const struct stat& status) {
+    constexpr std::int64_t blockSize = 512;  // the unit of st_blocks on every system this runs on
+    if (S_ISDIR(status.st_mode)) return {EntryKind::folder, 0};
+    if (S_ISLNK(status.st_mode)) return {EntryKind::link, 0};
+    return {EntryKind::other, static_cast<std::int64_t>(status.st_blocks) * blockSize};
+}
+
+}  // namespace vantrel::walking

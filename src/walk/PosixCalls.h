@@ -1,0 +1,53 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <string>
+
+#include "walk/DirectoryReader.h"
+
+/// What both directory readers share: POSIX.1-2017 system calls, wrapped once.
+namespace vantrel::walking {
+
+/// Which folder a descriptor stands for, whatever its path is by now.
+struct Identity {
+    dev_t device = 0;
+    ino_t inode = 0;
+    bool operator==(const Identity&) const = default;
+};
+
+std::optional<Identity> identify(int descriptor);
+
+/// EMFILE or ENFILE: no descriptor is free in this process or on this system.
+bool isDescriptorShortage(const std::error_code& error);
+
+/// The folder `name` in `parent`, opened with `flags` and O_NOFOLLOW, if it lies on the device `device`;
+/// EXDEV otherwise.
+Result<FileDescriptor> openOnDevice(int parent, const char* name, int flags, dev_t device);
+
+/// Kind and allocated size out of a stat structure.
+Measure measureOf(const struct stat& status);
+
+/// Opens `path` piece by piece, each relative to the one before: `open(base, piece)` gets pieces of at most
+/// `longestPiece` bytes (or one component, if that alone is longer), the first relative to `base`.
+template <class Open>
+Result<FileDescriptor> openInPieces(int base, const std::string& path, std::size_t longestPiece, Open open) {
+    FileDescriptor current;
+    std::size_t begin = 0;
+    for (;;) {
+        std::size_t end = path.size();
+        if (end - begin > longestPiece) {
+            end = path.rfind('/', begin + longestPiece);
+            if (end == std::string::npos || end <= begin) end = path.find('/', begin + 1);
+            if (end == std::string::npos) end = path.size();
+        }
+        auto opened = open(current ? current.number() : base, path.substr(begin, end - begin).c_str());
+        if (!opened) return opened.error();
+        current = std::move(*opened);
+        begin = path.find_first_not_of('/', end);
+        if (begin == std::string::npos) return current;
+    }
+}
+
+}  // namespace vantrel::walking

@@ -1,0 +1,128 @@
+#include "walk/PosixDirectoryReader.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <limits.h>
+
+#include <cstring>
+
+#include "platform/PathLocation.h"
+#include "platform/SystemCall.h"
+#include "walk/PosixCalls.h"
+
+namespace vantrel::walking {
+
+namespace {
+
+constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+constexpr std::size_t batchBytes = 64 * 1024;
+constexpr std::size_t longestEntry = 1 + NAME_MAX + 1;
+
+class PosixDirectoryStream final : public DirectoryStream {
+public:
+    explicit PosixDirectoryStream(DIR* stream) : stream_(stream) {}
+    ~PosixDirectoryStream() override { ::closedir(stream_); }
+    const dirent* next() { return ::readdir(stream_); }
+
+private:
+    DIR* stream_;
+};
+
+bool isDotOrDotDot(const char* name) {
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+EntryKind kindOf([[maybe_unused]] const dirent& entry) {
+#ifdef DT_UNKNOWN
+    switch (entry.d_type) {
+        case DT_UNKNOWN:
+            return EntryKind::unknown;
+        case DT_DIR:
+            return EntryKind::folder;
+        case DT_LNK:
+            return EntryKind::link;
+        default:
+            return EntryKind::other;
+    }
+#else
+    return EntryKind::unknown;
+#endif
+}
+
+}  // namespace
+
+PosixDirectoryReader::PosixDirectoryReader() {
+    names_.reserve(batchBytes);
+}
+
+Result<FileDescriptor> PosixDirectoryReader::openRoot(const std::string& path) {
+    return openPath(path, readFlags);
+}
+
+void PosixDirectoryReader::describe(int root, Volume& volume) {
+    if (auto identity = identify(root)) volume.device = identity->device;
+}
+
+Result<FileDescriptor> PosixDirectoryReader::openFolder(int parent, const char* name, Volume& volume) {
+    return openOnDevice(parent, name, readFlags, volume.device);
+}
+
+Result<FileDescriptor> PosixDirectoryReader::openBelow(int ancestor, const std::string& relativePath,
+                                                       Volume& volume) {
+    constexpr std::size_t oneComponent = 0;
+    return openInPieces(ancestor, relativePath, oneComponent, [&](int base, const char* piece) {
+        return openOnDevice(base, piece, readFlags, volume.device);
+    });
+}
+
+Result<std::unique_ptr<DirectoryStream>> PosixDirectoryReader::beginReading(int folder) {
+    // closedir closes what fdopendir was given, and the folder's own descriptor has to last longer.
+    FileDescriptor own(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
+    if (!own) return lastError();
+    DIR* stream = ::fdopendir(own.number());
+    if (!stream) return lastError();
+    own.release();
+    return std::unique_ptr<DirectoryStream>(std::make_unique<PosixDirectoryStream>(stream));
+}
+
+bool PosixDirectoryReader::read(int, DirectoryStream* stream) {
+    names_.clear();
+    position_ = 0;
+    reachedEnd_ = false;
+    while (names_.size() + longestEntry <= batchBytes) {
+        const dirent* entry = static_cast<PosixDirectoryStream*>(stream)->next();
+        if (!entry) {
+            reachedEnd_ = true;
+            break;
+        }
+        if (isDotOrDotDot(entry->d_name)) continue;
+        names_.push_back(static_cast<char>(kindOf(*entry)));
+        names_.insert(names_.end(), entry->d_name, entry->d_name + std::strlen(entry->d_name) + 1);
+    }
+    return !names_.empty();
+}
+
+bool PosixDirectoryReader::reachedEnd() const {
+    return reachedEnd_;
+}
+
+bool PosixDirectoryReader::expectsMore() const {
+    return !reachedEnd_;
+}
+
+bool PosixDirectoryReader::next(Entry& entry) {
+    if (position_ == names_.size()) return false;
+    entry.kind = static_cast<EntryKind>(names_[position_]);
+    entry.name = &names_[position_ + 1];
+    position_ += 1 + std::strlen(entry.name) + 1;
+    return true;
+}
+
+bool PosixDirectoryReader::measure(int folder, const char* name, Measure& measure) {
+    struct stat status;
+    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
+    measure = measureOf(status);
+    return true;
+}
+
+}  // namespace vantrel::walking

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "walk/DirectoryReader.h"
+
+namespace vantrel::walking {
+
+/// POSIX.1-2017 and nothing else (fdopendir, readdir, fstatat). A mounted file system shows by its device
+/// number, so a mount of the walk's own file system (a bind mount) is entered.
+class PosixDirectoryReader final : public DirectoryReader {
+public:
+    PosixDirectoryReader();
+
+    Result<FileDescriptor> openRoot(const std::string& path) override;
+    void describe(int root, Volume& volume) override;
+    Result<FileDescriptor> openFolder(int parent, const char* name, Volume& volume) override;
+    Result<FileDescriptor> openBelow(int ancestor, const std::string& relativePath, Volume& volume) override;
+    Result<std::unique_ptr<DirectoryStream>> beginReading(int folder) override;
+    bool read(int folder, DirectoryStream* stream) override;
+    bool reachedEnd() const override;
+    bool expectsMore() const override;
+    bool next(Entry& entry) override;
+    bool measure(int folder, const char* name, Measure& measure) override;
+
+private:
+    std::vector<char> names_;  // per entry: its kind in one byte, the name, a zero byte
+    std::size_t position_ = 0;
+    bool reachedEnd_ = false;
+};
+
+}  // namespace vantrel::walking

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "platform/Clock.h"
+#include "walk/DirectoryReader.h"
+#include "walk/Walk.h"
+
+namespace vantrel::walking {
+
+/// Adds with a check: an overflow of bytes or items stops the program.
+void addChecked(WalkTotals& totals, WalkTotals more);
+
+/// One submitted walk: its root, its totals, its observer. Any of the pool's threads may work for it; lives
+/// until its root folder is released.
+class RunningWalk {
+public:
+    RunningWalk(std::string rootPath, std::shared_ptr<const CancellationFlag> cancellation,
+                std::unique_ptr<WalkObserver> observer, const Clock& clock,
+                const std::atomic<bool>& stopping);
+
+    const std::string& rootPath() const { return rootPath_; }
+    Volume& volume() { return volume_; }
+
+    /// Cancelled by its flag, or because the pool is being destroyed.
+    bool isCancelled() const {
+        return cancellation_->isCancelled() || stopping_.load(std::memory_order_relaxed);
+    }
+
+    /// From here on the time between reports counts.
+    void begin();
+
+    /// The root could not be opened: the outcome of this walk.
+    void failAtRoot() { rootFailed_ = true; }
+
+    /// Moves what a thread has counted into the totals.
+    void add(WalkTotals& counted);
+
+    /// To be called after every entry: moves `counted` into the totals and reports them when it is time.
+    void progress(WalkTotals& counted) {
+        const Seconds now = clock_.now();
+        if (now - lastReport_.load(std::memory_order_relaxed) > reportInterval) report(now, counted);
+    }
+
+    /// The last thing that happens to a walk. No other thread may be at work for it.
+    void end();
+
+private:
+    static constexpr Seconds reportInterval{0.1};
+
+    void report(Seconds now, WalkTotals& counted);
+    WalkTotals totals();
+
+    const std::string rootPath_;
+    const std::shared_ptr<const CancellationFlag> cancellation_;
+    const std::unique_ptr<WalkObserver> observer_;
+    const Clock& clock_;
+    const std::atomic<bool>& stopping_;
+    Volume volume_;
+    bool rootFailed_ = false;
+
+    std::atomic<Seconds> lastReport_{Seconds(0)};
+    std::mutex reporting_;  // held during the observer's call, so that calls are serial; only ever tried
+    alignas(64) std::mutex totalsLock_;
+    WalkTotals totals_;  // under totalsLock_
+};
+
+}  // namespace vantrel::walking

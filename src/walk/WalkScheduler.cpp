@@ -1,0 +1,152 @@
+#include "walk/WalkScheduler.h"
+
+#include <pthread.h>
+#include <signal.h>
+
+#include "platform/Precondition.h"
+#include "walk/WalkWorker.h"
+
+namespace vantrel::walking {
+
+namespace {
+
+// Signals are for the program's own threads. Threads started during its life inherit the empty mask.
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &former_);
+    }
+    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
+
+private:
+    sigset_t former_;
+};
+
+}  // namespace
+
+void releaseFolder(Folder* folder) {
+    if (RunningWalk* ended = Folder::release(folder)) {
+        ended->end();
+        delete ended;
+    }
+}
+
+WalkScheduler::WalkScheduler(const Clock& clock, WalkPool::Options options)
+    : clock_(clock), budget_(options.descriptorBudget) {
+    precondition(options.threads > 0, "a pool needs a thread");
+    for (unsigned i = 0; i < options.threads; ++i)
+        workers_.push_back(std::make_unique<WalkWorker>(*this, i, options.makeReader()));
+    SignalsBlocked signalsBlocked;
+    for (auto& worker : workers_) threads_.emplace_back([&worker] { worker->run(); });
+}
+
+WalkScheduler::~WalkScheduler() {
+    stopping_ = true;
+    {
+        std::lock_guard lock(sleepLock_);
+        wakeUp_.notify_all();
+    }
+    for (auto& thread : threads_) thread.join();
+    for (auto& worker : workers_)
+        while (Folder* folder = worker->queue().takeNewest()) worker->drop(folder);
+}
+
+void WalkScheduler::submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
+                           std::unique_ptr<WalkObserver> observer) {
+    auto walk = std::make_unique<RunningWalk>(std::move(root), std::move(cancellation), std::move(observer),
+                                              clock_, stopping_);
+    {
+        std::lock_guard lock(walksLock_);
+        waitingWalks_.push_back(std::move(walk));
+        waitingWalkCount_.store(waitingWalks_.size());
+    }
+    wakeOne();
+}
+
+Folder* WalkScheduler::take(WalkWorker& worker) {
+    while (!isStopping()) {
+        if (Folder* folder = worker.queue().takeNewest()) return folder;
+        if (Folder* folder = beginFurtherWalk()) return folder;
+        if (Folder* folder = steal(worker)) return folder;
+        sleep();
+    }
+    return nullptr;
+}
+
+Folder* WalkScheduler::beginFurtherWalk() {
+    while (waitingWalkCount_.load() > 0) {
+        std::unique_ptr<RunningWalk> walk;
+        {
+            std::lock_guard lock(walksLock_);
+            if (waitingWalks_.empty()) return nullptr;
+            walk = std::move(waitingWalks_.front());
+            waitingWalks_.pop_front();
+            waitingWalkCount_.store(waitingWalks_.size());
+        }
+        if (waitingWalkCount_.load() > 0) wakeOne();
+        if (walk->isCancelled()) {
+            walk->end();
+            continue;
+        }
+        walk->begin();
+        return Folder::make(*walk.release(), nullptr, "");
+    }
+    return nullptr;
+}
+
+Folder* WalkScheduler::steal(WalkWorker& thief) {
+    const std::size_t count = workers_.size();
+    for (std::size_t i = 1; i < count; ++i) {
+        FolderQueue& victim = workers_[(thief.index() + i) % count]->queue();
+        if (Folder* folder = victim.takeOldest()) {
+            if (!victim.isEmpty()) wakeOne();
+            return folder;
+        }
+    }
+    return nullptr;
+}
+
+bool WalkScheduler::hasWork() const {
+    if (waitingWalkCount_.load() > 0) return true;
+    for (const auto& worker : workers_)
+        if (!worker->queue().isEmpty()) return true;
+    return false;
+}
+
+void WalkScheduler::sleep() {
+    std::unique_lock lock(sleepLock_);
+    // Counted before the last look: who pushes after that look sees the sleeper, who pushed before is seen.
+    sleepers_.fetch_add(1);
+    if (!hasWork()) {
+        wakeUp_.wait(lock, [this] { return wakeUps_ > 0 || isStopping(); });
+        if (wakeUps_ > 0) --wakeUps_;
+    }
+    sleepers_.fetch_sub(1);
+}
+
+void WalkScheduler::wakeOne() {
+    if (sleepers_.load() == 0) return;
+    std::lock_guard lock(sleepLock_);
+    if (wakeUps_ >= sleepers_.load()) return;
+    ++wakeUps_;
+    wakeUp_.notify_one();
+}
+
+bool WalkScheduler::giveUp(Folder& folder) {
+    std::lock_guard lock(givingUp_);
+    return folder.giveUp();
+}
+
+void WalkScheduler::giveUpAll() {
+    for (auto& worker : workers_) {
+        worker->queue().forEach([this](Folder& waiting) {
+            Folder* parent = waiting.parent();
+            if (waiting.wasOpened() || !parent || !parent->tryUse()) return;
+            if (!giveUp(*parent)) parent->endUse();
+        });
+    }
+}
+
+}  // namespace vantrel::walking

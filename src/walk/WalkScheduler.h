@@ -1,0 +1,79 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "walk/FolderQueue.h"
+#include "walk/RunningWalk.h"
+#include "walk/WalkPool.h"
+
+namespace vantrel::walking {
+
+class WalkWorker;
+
+/// Deals folders out to the workers of one pool: submitted walks, the workers' queues, sleeping and waking.
+class WalkScheduler {
+public:
+    WalkScheduler(const Clock& clock, WalkPool::Options options);
+    ~WalkScheduler();
+
+    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
+                std::unique_ptr<WalkObserver> observer);
+
+    /// The next folder for a worker: its own newest, the root of a further walk, or another worker's oldest;
+    /// sleeps while there is none. Null when the pool is being destroyed.
+    Folder* take(WalkWorker& worker);
+
+    /// The root of the walk submitted first among those that wait and are not cancelled, or null.
+    Folder* beginFurtherWalk();
+
+    /// To be called after a push into a worker's queue.
+    void wakeOne();
+
+    DescriptorBudget& budget() { return budget_; }
+    bool isStopping() const { return stopping_.load(std::memory_order_relaxed); }
+
+    /// Closes the descriptor of a folder whose sub-folders wait; ends the caller's use if that succeeds.
+    bool giveUp(Folder& folder);
+
+    /// Held while a worker retries what failed for want of a descriptor, so that workers do not take them
+    /// away from each other.
+    std::mutex& shortage() { return shortage_; }
+
+    /// Closes what the waiting folders' parents keep open.
+    void giveUpAll();
+
+private:
+    Folder* steal(WalkWorker& thief);
+    void sleep();
+    bool hasWork() const;
+
+    const Clock& clock_;
+    DescriptorBudget budget_;
+    std::atomic<bool> stopping_{false};
+
+    std::mutex walksLock_;
+    std::deque<std::unique_ptr<RunningWalk>> waitingWalks_;  // under walksLock_
+    std::atomic<std::size_t> waitingWalkCount_{0};
+
+    std::mutex sleepLock_;
+    std::condition_variable wakeUp_;
+    int wakeUps_ = 0;  // under sleepLock_; not yet answered by a sleeper
+    std::atomic<int> sleepers_{0};
+
+    std::mutex givingUp_;
+    std::mutex shortage_;
+
+    std::vector<std::unique_ptr<WalkWorker>> workers_;
+    std::vector<std::thread> threads_;
+};
+
+/// Drops a reference; when that was the last of its walk, tells the observer and ends the walk.
+void releaseFolder(Folder* folder);
+
+}  // namespace vantrel::walking

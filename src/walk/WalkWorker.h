@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "walk/DirectoryReader.h"
+#include "walk/FolderQueue.h"
+#include "walk/WalkScheduler.h"
+
+namespace vantrel::walking {
+
+/// One thread of a pool: visits folders, counts their files, queues their sub-folders.
+class WalkWorker {
+public:
+    WalkWorker(WalkScheduler& scheduler, std::size_t index, std::unique_ptr<DirectoryReader> reader);
+
+    /// The thread's body; returns when the pool is being destroyed.
+    void run();
+
+    std::size_t index() const { return index_; }
+    FolderQueue& queue() { return queue_; }
+
+    /// Gives up a folder taken from a queue without visiting it.
+    static void drop(Folder* folder);
+
+private:
+    Folder* visit(Folder* folder);
+    void read(Folder& folder);
+    void count(Folder& folder, int descriptor);
+    void countHandedOver(Folder& folder);
+    Folder* publishChildren(Folder& folder);
+
+    bool open(Folder& folder);
+    std::error_code tryOpen(Folder& folder);
+    std::error_code retryOpen(Folder& folder);
+    Result<FileDescriptor> openByName(Folder& folder);
+    Result<FileDescriptor> reopen(Folder& folder);
+
+    WalkScheduler& scheduler_;
+    const std::size_t index_;
+    const std::unique_ptr<DirectoryReader> reader_;
+    FolderQueue queue_;
+    std::vector<Folder*> children_;  // found in the folder being visited, seen by no other thread yet
+    WalkTotals counted_;             // in the folder being visited, not yet in the walk's totals
+};
+
+}  // namespace vantrel::walking

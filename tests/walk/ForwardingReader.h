@@ -1,0 +1,127 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+
+#include "walk/DirectoryReader.h"
+#include "walk/WalkPool.h"
+
+namespace vantrel::test {
+
+/// Does what another reader does; a test overrides the call that it wants to watch or to disturb.
+class ForwardingReader : public walking::DirectoryReader {
+public:
+    explicit ForwardingReader(std::unique_ptr<DirectoryReader> real) : real_(std::move(real)) {}
+
+    Result<FileDescriptor> openRoot(const std::string& path) override { return real_->openRoot(path); }
+    void describe(int root, walking::Volume& volume) override { real_->describe(root, volume); }
+    Result<FileDescriptor> openFolder(int parent, const char* name, walking::Volume& volume) override {
+        return real_->openFolder(parent, name, volume);
+    }
+    Result<FileDescriptor> openBelow(int ancestor, const std::string& path,
+                                     walking::Volume& volume) override {
+        return real_->openBelow(ancestor, path, volume);
+    }
+    Result<std::unique_ptr<walking::DirectoryStream>> beginReading(int folder) override {
+        return real_->beginReading(folder);
+    }
+    bool read(int folder, walking::DirectoryStream* stream) override { return real_->read(folder, stream); }
+    bool reachedEnd() const override { return real_->reachedEnd(); }
+    bool expectsMore() const override { return real_->expectsMore(); }
+    bool next(walking::Entry& entry) override { return real_->next(entry); }
+    bool measure(int folder, const char* name, walking::Measure& measure) override {
+        return real_->measure(folder, name, measure);
+    }
+
+private:
+    std::unique_ptr<DirectoryReader> real_;
+};
+
+/// A factory that puts a `Reader(real, arguments...)` before the readers of another factory.
+template <class Reader, class... Arguments>
+WalkPool::ReaderFactory disturbed(WalkPool::ReaderFactory real, Arguments... arguments) {
+    return [=] { return std::make_unique<Reader>(real(), arguments...); };
+}
+
+/// Counts calls, over all threads.
+class CountingReader final : public ForwardingReader {
+public:
+    struct Counts {
+        std::atomic<int> roots{0}, folders{0}, reopened{0}, measures{0};
+    };
+
+    CountingReader(std::unique_ptr<DirectoryReader> real, Counts* counts)
+        : ForwardingReader(std::move(real)), counts_(counts) {}
+
+    Result<FileDescriptor> openRoot(const std::string& path) override {
+        ++counts_->roots;
+        return ForwardingReader::openRoot(path);
+    }
+    Result<FileDescriptor> openFolder(int parent, const char* name, walking::Volume& volume) override {
+        ++counts_->folders;
+        return ForwardingReader::openFolder(parent, name, volume);
+    }
+    Result<FileDescriptor> openBelow(int ancestor, const std::string& path,
+                                     walking::Volume& volume) override {
+        ++counts_->reopened;
+        return ForwardingReader::openBelow(ancestor, path, volume);
+    }
+    bool measure(int folder, const char* name, walking::Measure& measure) override {
+        ++counts_->measures;
+        return ForwardingReader::measure(folder, name, measure);
+    }
+
+private:
+    Counts* counts_;
+};
+
+/// A door that calls stop at until the test opens it. Gives up after a minute.
+class Gate {
+public:
+    void open() {
+        std::lock_guard lock(lock_);
+        isOpen_ = true;
+        changed_.notify_all();
+    }
+
+    void pass() {
+        std::unique_lock lock(lock_);
+        ++arrived_;
+        changed_.notify_all();
+        changed_.wait_for(lock, std::chrono::minutes(1), [this] { return isOpen_; });
+    }
+
+    /// Waits until so many calls have come to the door.
+    bool waitForArrivals(int count) {
+        std::unique_lock lock(lock_);
+        return changed_.wait_for(lock, std::chrono::minutes(1), [&] { return arrived_ >= count; });
+    }
+
+private:
+    std::mutex lock_;
+    std::condition_variable changed_;
+    int arrived_ = 0;
+    bool isOpen_ = false;
+};
+
+/// Stops before each call of `measure` at a gate.
+class GatedReader final : public ForwardingReader {
+public:
+    GatedReader(std::unique_ptr<DirectoryReader> real, Gate* gate)
+        : ForwardingReader(std::move(real)), gate_(gate) {}
+
+    bool measure(int folder, const char* name, walking::Measure& measure) override {
+        gate_->pass();
+        return ForwardingReader::measure(folder, name, measure);
+    }
+
+private:
+    Gate* gate_;
+};
+
+}  // namespace vantrel::test
