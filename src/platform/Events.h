@@ -48,12 +48,12 @@ struct KeyEvent {
 };
 
 struct MouseEvent {
-    Point locationInWindow;  ///< points, y downwards from the content's top edge
-    int clickCount = 1;      ///< 2 for the second click of a double click
+    Point locationInWindow{};  ///< points, y downwards from the content's top edge
+    int clickCount = 1;        ///< 2 for the second click of a double click
 };
 
 struct ScrollEvent {
-    Point locationInWindow;
+    Point locationInWindow{};
     double deltaY = 0;  ///< positive towards the start of the list
 };
 
