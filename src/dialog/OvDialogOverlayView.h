@@ -1,0 +1,95 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "dialog/DialogType.h"
+#include "dialog/OvDialogDelegate.h"
+#include "platform/Desktop.h"
+#include "platform/Font.h"
+#include "platform/TextField.h"
+#include "platform/View.h"
+
+namespace vantrel {
+
+/// One modal dialog: dims what it covers, shows its box in the middle, and reports the answer. It never takes
+/// itself away; whoever shows it does that, also from inside the delegate's callbacks. Without a delegate an
+/// answer is dropped and the dialog stays. Main thread only; geometry in points.
+class OvDialogOverlayView final : public View {
+public:
+    static constexpr double dialogWidth = 560;
+
+    /// An overlay that shows nothing yet. The ports are borrowed.
+    static std::shared_ptr<OvDialogOverlayView> make(const Rect& frame, const Desktop& desktop);
+
+    std::weak_ptr<OvDialogDelegate> delegate;
+
+    const DialogType& dialogType() const { return dialogType_; }
+
+    /// Shows another dialog from its beginning: first button highlighted, input field new or gone. The field
+    /// takes the keyboard, its text selected, once the event that is being handled is over.
+    void setDialogType(DialogType type);
+
+    /// Borrowed, null where the dialog has no field.
+    TextField* inputTextField() const { return inputTextField_.get(); }
+    int selectedButtonIndex() const { return selectedButtonIndex_; }
+    const std::vector<std::string>& buttons() const { return buttons_; }
+    double dialogHeight() const { return dialogHeight_; }
+
+    /// The box, in this view's coordinates: centred, but never closer than 20 to the left and top edges.
+    Rect dialogRect() const;
+
+    /// What Return does: cancels when the second button is highlighted, else confirms with the field's text.
+    void confirmCurrent();
+
+    void draw(Canvas& canvas) override;
+    bool acceptsFirstResponder() const override { return true; }
+    EventResult keyDown(const KeyEvent& event) override;
+    EventResult mouseDown(const MouseEvent& event) override;
+
+protected:
+    void frameDidChange() override;
+
+private:
+    OvDialogOverlayView(const Rect& frame, const Desktop& desktop);
+
+    void setupDialogUI();
+    void createInputField(const std::string& text);
+    void placeInputField();
+    void focusInputField();
+    void confirm(std::optional<std::string> inputValue);
+    void cancel();
+    EventResult sortKeyDown(const KeyEvent& event);
+
+    /// Upper left corner of a button; both its painted and its clickable rectangle start there.
+    Point buttonCorner(std::size_t index) const;
+
+    void drawBox(Canvas& canvas, const Rect& box) const;
+    void drawTitle(Canvas& canvas, const Rect& box) const;
+    void drawBody(Canvas& canvas, const Rect& box) const;
+    void drawButtons(Canvas& canvas) const;
+
+    void drawBody(Canvas& canvas, const Rect& box, const dialog::Copy& copy) const;
+    void drawBody(Canvas& canvas, const Rect& box, const dialog::Move& move) const;
+    void drawBody(Canvas& canvas, const Rect& box, const dialog::Mkdir& mkdir) const;
+    void drawBody(Canvas& canvas, const Rect& box, const dialog::Delete& deletion) const;
+    void drawBody(Canvas& canvas, const Rect& box, const dialog::Viewer& viewer) const;
+    void drawBody(Canvas& canvas, const Rect& box, const dialog::Help& help) const;
+    void drawBody(Canvas& canvas, const Rect& box, const dialog::Sort& sort) const;
+    void drawPrompt(Canvas& canvas, const Rect& box, const std::string& prompt) const;
+
+    FontCatalog& fonts_;
+    TextFieldFactory& textFields_;
+    MainQueue& mainQueue_;
+    DialogType dialogType_ = dialog::Help{};
+    std::unique_ptr<TextField> inputTextField_;
+    int selectedButtonIndex_ = 0;
+    std::vector<std::string> buttons_;
+    Font retroFont_;
+    Font boldRetroFont_;
+    double dialogHeight_ = 340;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,404 @@
+#include "dialog/OvDialogOverlayView.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "dialog/DialogFixture.h"
+#include "theme/OvPalette.h"
+
+namespace vantrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Confirmed = std::pair<DialogType, std::optional<std::string>>;
+
+class DialogModel : public test::DialogFixture {
+protected:
+    void expectSetUp(const DialogType& type, double height, const std::vector<std::string>& buttons,
+                     const std::optional<std::string>& fieldText) {
+        open(type);
+        EXPECT_EQ(overlay->dialogType(), type);
+        EXPECT_EQ(overlay->dialogHeight(), height);
+        EXPECT_EQ(overlay->buttons(), buttons);
+        EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+        ASSERT_EQ(overlay->inputTextField() != nullptr, fieldText.has_value());
+        if (fieldText) {
+            EXPECT_EQ(overlay->inputTextField()->text(), *fieldText);
+        }
+    }
+
+    Rect boxOf(const DialogType& type, Size window) {
+        open(type, window);
+        return overlay->dialogRect();
+    }
+};
+
+TEST_F(DialogModel, onlyTheViewerIsAViewer) {
+    EXPECT_TRUE(isViewer(viewer));
+    for (const DialogType& type : {copy, move, mkdir, deletion, help, sort}) EXPECT_FALSE(isViewer(type));
+}
+
+TEST_F(DialogModel, theKindsStandInTheirOrder) {
+    EXPECT_EQ(copy.index(), 0U);
+    EXPECT_EQ(move.index(), 1U);
+    EXPECT_EQ(mkdir.index(), 2U);
+    EXPECT_EQ(deletion.index(), 3U);
+    EXPECT_EQ(viewer.index(), 4U);
+    EXPECT_EQ(help.index(), 5U);
+    EXPECT_EQ(sort.index(), 6U);
+}
+
+TEST_F(DialogModel, anOverlayThatWasGivenNoTypeYetHasNoButtons) {
+    const auto fresh = OvDialogOverlayView::make({0, 0, 1100, 720}, ports);
+    EXPECT_EQ(fresh->dialogType(), DialogType(dialog::Help{}));
+    EXPECT_EQ(fresh->dialogHeight(), 340);
+    EXPECT_EQ(OvDialogOverlayView::dialogWidth, 560);
+    EXPECT_EQ(fresh->selectedButtonIndex(), 0);
+    EXPECT_THAT(fresh->buttons(), IsEmpty());
+    EXPECT_EQ(fresh->inputTextField(), nullptr);
+    EXPECT_TRUE(fresh->delegate.expired());
+    EXPECT_TRUE(fresh->acceptsFirstResponder());
+}
+
+TEST_F(DialogModel, eachKindHasItsHeightItsButtonsAndItsField) {
+    expectSetUp(copy, 220, {" Copy ", "Cancel"}, "/right/a.txt");
+    expectSetUp(move, 220, {" Rename ", "Cancel"}, "a.txt");
+    expectSetUp(mkdir, 200, {" Create ", "Cancel"}, "New_Folder");
+    expectSetUp(deletion, 200, {" Delete ", "Cancel"}, std::nullopt);
+    expectSetUp(viewer, 600, {" Close "}, std::nullopt);
+    expectSetUp(help, 440, {" OK "}, std::nullopt);
+    expectSetUp(sort, 260, {" Select ", "Cancel"}, std::nullopt);
+}
+
+TEST_F(DialogModel, theViewersStoredHeightIsTheViewsLessFortyUpToSixHundred) {
+    open(viewer, {800, 500});
+    EXPECT_EQ(overlay->dialogHeight(), 460);
+    open(viewer, {800, 640});
+    EXPECT_EQ(overlay->dialogHeight(), 600);
+    open(viewer, {800, 641});
+    EXPECT_EQ(overlay->dialogHeight(), 600);
+}
+
+TEST_F(DialogModel, theBoxStandsInTheMiddle) {
+    EXPECT_EQ(boxOf(copy, {1100, 720}), (Rect{270, 250, 560, 220}));
+    EXPECT_EQ(boxOf(move, {1100, 720}), (Rect{270, 250, 560, 220}));
+    EXPECT_EQ(boxOf(mkdir, {1100, 720}), (Rect{270, 260, 560, 200}));
+    EXPECT_EQ(boxOf(deletion, {1100, 720}), (Rect{270, 260, 560, 200}));
+    EXPECT_EQ(boxOf(viewer, {1100, 720}), (Rect{40, 30, 1020, 660}));
+    EXPECT_EQ(boxOf(help, {1100, 720}), (Rect{230, 115, 640, 490}));
+    EXPECT_EQ(boxOf(sort, {1100, 720}), (Rect{270, 230, 560, 260}));
+}
+
+TEST_F(DialogModel, theBoxKeepsItsSizeAndItsLeftAndTopMarginInASmallWindow) {
+    EXPECT_EQ(boxOf(help, {600, 400}), (Rect{20, 20, 640, 490}));
+    EXPECT_EQ(boxOf(viewer, {600, 340}), (Rect{20, 20, 560, 300}));
+    EXPECT_EQ(boxOf(copy, {598, 258}), (Rect{20, 20, 560, 220}));
+    EXPECT_EQ(boxOf(copy, {603, 263}), (Rect{21.5, 21.5, 560, 220}));
+    EXPECT_EQ(boxOf(viewer, {800, 500}), (Rect{40, 30, 720, 440}));
+}
+
+TEST_F(DialogModel, theBoxFollowsTheView) {
+    open(help);
+    overlay->setFrame({0, 0, 800, 500});
+    EXPECT_EQ(overlay->dialogRect(), (Rect{80, 20, 640, 490}));
+}
+
+TEST_F(DialogModel, theFieldHasTheDialogsFontAndColours) {
+    open(copy);
+    EXPECT_EQ(field().style.font, (Font{"Menlo", 13, FontWeight::regular}));
+    EXPECT_EQ(field().style.textColor, OvPalette::dosBrightWhite);
+    EXPECT_EQ(field().style.background, OvPalette::dosDarkBlue);
+}
+
+TEST_F(DialogModel, theFieldStandsThirtyInsideTheBoxAndAHundredAndFiveBelowItsTop) {
+    open(copy);
+    EXPECT_EQ(field().frame, (Rect{300, 355, 500, 26}));
+    open(mkdir);
+    EXPECT_EQ(field().frame, (Rect{300, 365, 500, 26}));
+}
+
+TEST_F(DialogModel, theFieldFollowsTheBoxWhenTheWindowChangesSize) {
+    open(copy);
+    overlay->setFrame({0, 0, 800, 500});
+    EXPECT_EQ(field().frame, (Rect{150, 245, 500, 26}));
+    overlay->setFrame({0, 0, 500, 200});
+    EXPECT_EQ(field().frame, (Rect{50, 125, 500, 26}));
+}
+
+TEST_F(DialogModel, theFieldIsPlacedInTheWindowAlsoWhereTheOverlayIsNot) {
+    open(copy);
+    overlay->setFrame({10, 20, 1100, 720});
+    EXPECT_EQ(field().frame, (Rect{310, 375, 500, 26}));
+}
+
+TEST_F(DialogModel, theFieldTakesTheKeyboardWithAllItsTextSelectedAfterTheCurrentEvent) {
+    open(mkdir);
+    EXPECT_FALSE(field().isFocused);
+    desktop.mainQueue.runAll();
+    EXPECT_TRUE(field().isFocused);
+    EXPECT_TRUE(field().isAllSelected);
+    EXPECT_EQ(field().words, "New_Folder");
+    field().type("x");
+    EXPECT_EQ(overlay->inputTextField()->text(), "x");
+}
+
+TEST_F(DialogModel, theFocusStepOfADialogThatIsGoneDoesNothing) {
+    open(mkdir);
+    overlay->removeFromSuperview();
+    overlay.reset();
+    EXPECT_THAT(desktop.textFields.alive, IsEmpty()) << "the queue holds the view weakly";
+    desktop.mainQueue.runAll();
+}
+
+TEST_F(DialogModel, anotherTypeStartsAllOver) {
+    open(copy);
+    press(Key::tab);
+    ASSERT_EQ(overlay->selectedButtonIndex(), 1);
+    const int redraws = host.redraws;
+    overlay->setDialogType(move);
+    EXPECT_GT(host.redraws, redraws);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+    EXPECT_EQ(field().words, "a.txt") << "the old field is gone";
+    overlay->setDialogType(help);
+    EXPECT_EQ(overlay->inputTextField(), nullptr);
+    EXPECT_THAT(desktop.textFields.alive, IsEmpty());
+    EXPECT_THAT(overlay->buttons(), ElementsAre(" OK "));
+    desktop.mainQueue.runAll();
+}
+
+class DialogKeys : public test::DialogFixture {};
+
+TEST_F(DialogKeys, escapeCancels) {
+    open(copy);
+    EXPECT_EQ(press(Key::escape), EventResult::handled);
+    EXPECT_EQ(delegate->cancellations, 1);
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+}
+
+TEST_F(DialogKeys, returnAndKeypadEnterConfirm) {
+    open(copy);
+    EXPECT_EQ(press(Key::returnKey), EventResult::handled);
+    EXPECT_EQ(press(Key::keypadEnter), EventResult::handled);
+    EXPECT_THAT(delegate->confirmed,
+                ElementsAre(Confirmed{copy, "/right/a.txt"}, Confirmed{copy, "/right/a.txt"}));
+    EXPECT_EQ(delegate->cancellations, 0);
+}
+
+TEST_F(DialogKeys, theFirstButtonReportsTheFieldsTextWhereThereIsOne) {
+    for (const DialogType& type : {copy, move, mkdir}) {
+        open(type);
+        field().words = "";
+        press(Key::returnKey);
+        EXPECT_EQ(delegate->confirmed.back(), (Confirmed{type, ""})) << "an empty text is a text";
+        field().words = "caf\xE9";
+        press(Key::returnKey);
+        EXPECT_EQ(delegate->confirmed.back(), (Confirmed{type, "caf\xE9"}));
+    }
+    for (const DialogType& type : {deletion, viewer, help, sort}) {
+        open(type);
+        press(Key::returnKey);
+        EXPECT_EQ(delegate->confirmed.back(), (Confirmed{type, std::nullopt}));
+    }
+}
+
+TEST_F(DialogKeys, tabGoesRoundTheButtons) {
+    open(copy);
+    const int redraws = host.redraws;
+    EXPECT_EQ(press(Key::tab), EventResult::handled);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 1);
+    EXPECT_GT(host.redraws, redraws);
+    press(Key::tab);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+    press(Key::tab);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 1);
+    open(help);
+    press(Key::tab);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+}
+
+TEST_F(DialogKeys, tabDoesNothingWhereThereAreNoButtons) {
+    overlay = OvDialogOverlayView::make({0, 0, 1100, 720}, ports);
+    EXPECT_EQ(press(Key::tab), EventResult::handled);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+}
+
+TEST_F(DialogKeys, returnOnCancelCancelsEvenWithTextInTheField) {
+    for (const DialogType& type : {copy, move, mkdir, deletion, sort}) {
+        open(type);
+        press(Key::tab);
+        delegate->cancellations = 0;
+        press(Key::returnKey);
+        EXPECT_EQ(delegate->cancellations, 1);
+    }
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+}
+
+TEST_F(DialogKeys, digitsAnswerTheSortDialogWhateverButtonIsHighlighted) {
+    open(sort);
+    EXPECT_EQ(type("1"), EventResult::handled);
+    EXPECT_EQ(type("2"), EventResult::handled);
+    press(Key::tab);
+    EXPECT_EQ(type("3"), EventResult::handled);
+    EXPECT_EQ(type("4"), EventResult::handled);
+    EXPECT_THAT(delegate->confirmed, ElementsAre(Confirmed{sort, "name"}, Confirmed{sort, "size"},
+                                                 Confirmed{sort, "date"}, Confirmed{sort, "ext"}));
+    EXPECT_EQ(delegate->cancellations, 0);
+}
+
+TEST_F(DialogKeys, digitsCountAsTypedWithTheModifiers) {
+    open(sort);
+    EXPECT_EQ(
+        overlay->keyDown({.key = Key::character, .characters = "!", .charactersIgnoringModifiers = "1"}),
+        EventResult::ignored);
+    EXPECT_EQ(
+        overlay->keyDown({.key = Key::character, .characters = "1", .charactersIgnoringModifiers = "&"}),
+        EventResult::handled);
+    EXPECT_THAT(delegate->confirmed, ElementsAre(Confirmed{sort, "name"}));
+}
+
+TEST_F(DialogKeys, everythingElseIsPassedOn) {
+    open(sort);
+    for (const char* const characters : {"5", "0", "a", "11", ""})
+        EXPECT_EQ(type(characters), EventResult::ignored);
+    for (const DialogType& kind : {copy, move, mkdir, deletion, viewer, help}) {
+        open(kind);
+        EXPECT_EQ(type("1"), EventResult::ignored);
+        EXPECT_EQ(type("x"), EventResult::ignored);
+    }
+    for (const Key key :
+         {Key::left, Key::right, Key::up, Key::down, Key::space, Key::f1, Key::f10, Key::backspace}) {
+        EXPECT_EQ(press(key), EventResult::ignored);
+    }
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+    EXPECT_EQ(delegate->cancellations, 0);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+}
+
+TEST_F(DialogKeys, theFieldsKeysAreTheDialogs) {
+    open(copy);
+    const TextField::KeyHandler fieldHandler = field().handler;
+    const auto pressInField = [&](Key key) {
+        return fieldHandler({.key = key, .characters = {}, .charactersIgnoringModifiers = {}});
+    };
+    EXPECT_EQ(pressInField(Key::returnKey), EventResult::handled);
+    EXPECT_EQ(pressInField(Key::keypadEnter), EventResult::handled);
+    EXPECT_EQ(delegate->confirmed.size(), 2U);
+    EXPECT_EQ(pressInField(Key::tab), EventResult::handled);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 1);
+    EXPECT_EQ(pressInField(Key::escape), EventResult::handled);
+    EXPECT_EQ(delegate->cancellations, 1);
+    EXPECT_EQ(pressInField(Key::f10), EventResult::ignored);
+}
+
+TEST_F(DialogKeys, answersAreDroppedWithoutADelegate) {
+    open(sort);
+    delegate.reset();
+    EXPECT_EQ(press(Key::returnKey), EventResult::handled);
+    EXPECT_EQ(press(Key::escape), EventResult::handled);
+    EXPECT_EQ(type("1"), EventResult::handled);
+    EXPECT_EQ(click({1, 1}), EventResult::handled);
+    EXPECT_EQ(overlay->superview(), root.get()) << "the dialog stays";
+}
+
+TEST_F(DialogKeys, theDialogMayBeTakenAwayInsideItsOwnCallback) {
+    delegate->onAnswer = [&] {
+        overlay->removeFromSuperview();
+        overlay.reset();
+    };
+    // Keys reach a dialog through a plain pointer here, so that nobody but the dialog keeps it alive.
+    const auto keyDown = [](OvDialogOverlayView* dialog, Key key) {
+        return dialog->keyDown({.key = key, .characters = {}, .charactersIgnoringModifiers = {}});
+    };
+    for (const Key key : {Key::returnKey, Key::escape}) {
+        open(copy);
+        EXPECT_EQ(keyDown(overlay.get(), key), EventResult::handled);
+        EXPECT_EQ(overlay, nullptr);
+        open(copy);
+        const TextField::KeyHandler handler = field().handler;
+        EXPECT_EQ(handler({.key = key, .characters = {}, .charactersIgnoringModifiers = {}}),
+                  EventResult::handled);
+        EXPECT_EQ(overlay, nullptr);
+    }
+    open(copy);
+    EXPECT_EQ(click({10, 10}), EventResult::handled);
+    EXPECT_EQ(overlay, nullptr);
+    EXPECT_THAT(root->subviews(), IsEmpty());
+    EXPECT_THAT(desktop.textFields.alive, IsEmpty());
+    EXPECT_EQ(delegate->confirmed.size(), 2U);
+    EXPECT_EQ(delegate->cancellations, 3);
+}
+
+TEST_F(DialogKeys, theCallbackMayShowAnotherDialogInTheSameOverlay) {
+    delegate->onAnswer = [&] { overlay->setDialogType(help); };
+    open(copy);
+    press(Key::returnKey);
+    EXPECT_THAT(delegate->confirmed, ElementsAre(Confirmed{copy, "/right/a.txt"}));
+    EXPECT_EQ(overlay->dialogType(), help);
+}
+
+class DialogClicks : public test::DialogFixture {};
+
+TEST_F(DialogClicks, outsideTheBoxCancel) {
+    open(copy);  // box (270, 250, 560, 220)
+    for (const Point point : {Point{269, 300}, {300, 249}, {830, 300}, {300, 470}, {0, 0}, {1099, 719}}) {
+        EXPECT_EQ(click(point), EventResult::handled);
+    }
+    EXPECT_EQ(delegate->cancellations, 6);
+}
+
+TEST_F(DialogClicks, inTheBoxesBlankAreaDoNothing) {
+    open(copy);
+    for (const Point point : {Point{270, 250}, {829, 469}, {550, 300}, {540, 430}, {300, 430}}) {
+        EXPECT_EQ(click(point), EventResult::handled);
+    }
+    EXPECT_EQ(delegate->cancellations, 0);
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+}
+
+TEST_F(DialogClicks, onAButtonHighlightItAndAnswerWithIt) {
+    open(copy);  // buttons at x 430 and 550, y 425, 100 by 28
+    for (const Point point : {Point{430, 425}, {529, 452}}) click(point);
+    EXPECT_THAT(delegate->confirmed,
+                ElementsAre(Confirmed{copy, "/right/a.txt"}, Confirmed{copy, "/right/a.txt"}));
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+    for (const Point point : {Point{550, 425}, {649, 452}}) click(point);
+    EXPECT_EQ(delegate->cancellations, 2);
+    EXPECT_EQ(overlay->selectedButtonIndex(), 1);
+    click({430, 425});
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
+    EXPECT_EQ(delegate->confirmed.size(), 3U);
+}
+
+TEST_F(DialogClicks, justBesideAButtonDoNothing) {
+    open(copy);
+    for (const Point point : {Point{429, 430}, {530, 430}, {549, 430}, {650, 430}, {480, 424}, {480, 453}}) {
+        click(point);
+    }
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+    EXPECT_EQ(delegate->cancellations, 0);
+}
+
+TEST_F(DialogClicks, onTheOnlyButtonHitItLeftOfTheMiddle) {
+    open(help);  // button (490, 560, 100, 28)
+    click({489, 570});
+    click({590, 570});
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+    click({490, 560});
+    click({589, 587});
+    EXPECT_THAT(delegate->confirmed,
+                ElementsAre(Confirmed{help, std::nullopt}, Confirmed{help, std::nullopt}));
+}
+
+TEST_F(DialogClicks, areMeasuredInTheOverlaysOwnCoordinates) {
+    open(copy);
+    overlay->setFrame({100, 50, 1000, 670});  // box at (320, 275) in the window, buttons at y 450
+    click({319, 300});
+    EXPECT_EQ(delegate->cancellations, 1);
+    click({480, 450});
+    EXPECT_EQ(delegate->confirmed.size(), 1U);
+}
+
+}  // namespace
+}  // namespace vantrel
