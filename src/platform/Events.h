@@ -42,8 +42,8 @@ enum class CommandKey : std::uint8_t { released, held };
 
 struct KeyEvent {
     Key key = Key::character;
-    std::string characters;                   ///< UTF-8, as typed with all modifiers applied; may be empty
-    std::string charactersIgnoringModifiers;  ///< UTF-8, what the key types with no modifier but Shift
+    std::string characters{};                   ///< UTF-8, as typed with all modifiers applied; may be empty
+    std::string charactersIgnoringModifiers{};  ///< UTF-8, what the key types with no modifier but Shift
     CommandKey command = CommandKey::released;
 };
 
