@@ -4,12 +4,12 @@
 #include <memory>
 
 #include "platform/Clock.h"
+#include "walk/DirectoryReader.h"
 #include "walk/Walk.h"
 
 namespace vantrel {
 
 namespace walking {
-class DirectoryReader;
 class WalkScheduler;
 }  // namespace walking
 

@@ -104,4 +104,25 @@ TEST(QtMainQueue, tasksStillWaitingAreDroppedWithTheQueue) {
     EXPECT_EQ(token.use_count(), 1);
 }
 
+TEST(QtMainQueue, onceClosedItRunsNothingAnyMore) {
+    const auto token = std::make_shared<int>(0);
+    QtMainQueue queue;
+    bool ran = false;
+    queue.post([token, &ran] { ran = true; });
+    queue.close();
+    queue.post([token, &ran] { ran = true; });
+    EXPECT_EQ(token.use_count(), 1);
+    serveEvents();
+    EXPECT_FALSE(ran);
+}
+
+TEST(QtMainQueue, aTaskMayCloseTheQueueBeforeTheTasksBehindIt) {
+    QtMainQueue queue;
+    bool ran = false;
+    queue.post([&] { queue.close(); });
+    queue.post([&] { ran = true; });
+    serveEvents();
+    EXPECT_FALSE(ran);
+}
+
 }  // namespace vantrel::test

@@ -18,10 +18,22 @@ constexpr std::chrono::milliseconds turnLength{4};
 void QtMainQueue::post(Task task) {
     {
         const std::scoped_lock lock(mutex_);
+        if (closed_) return;
         posted_.push_back(std::move(task));
         if (std::exchange(awake_, true)) return;
     }
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+void QtMainQueue::close() {
+    std::vector<Task> dropped;
+    {
+        const std::scoped_lock lock(mutex_);
+        closed_ = true;
+        dropped.swap(posted_);
+    }
+    waiting_.clear();
+    nextTurn_.stop();
 }
 
 void QtMainQueue::customEvent(QEvent*) {

@@ -17,6 +17,9 @@ class QtMainQueue final : public QObject, public MainQueue {
 public:
     void post(Task task) override;
 
+    /// Drops the tasks that wait and, from now on, every one that is posted. Main thread.
+    void close();
+
 protected:
     void customEvent(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
@@ -27,6 +30,7 @@ private:
 
     std::mutex mutex_;
     std::vector<Task> posted_;  ///< guarded by mutex_
+    bool closed_ = false;       ///< guarded by mutex_
     bool awake_ = false;        ///< guarded by mutex_; a wake-up or the timer is under way
     std::deque<Task> waiting_;  ///< main thread only; older than everything in posted_
     QBasicTimer nextTurn_;

@@ -1,0 +1,34 @@
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/AppDelegate.h"
+#include "desktop/QtDesktop.h"
+
+namespace {
+
+constexpr const char* help =
+    "Usage: vantrel [LEFT [RIGHT]]\n"
+    "\n"
+    "A file manager with two panels that shows the size of every folder, counted as you look.\n"
+    "LEFT and RIGHT are the folders to begin with; by default the working directory and the\n"
+    "home folder. A folder that does not exist is ignored.\n"
+    "\n"
+    "  --help     show this text and leave\n"
+    "  --version  show the version and leave\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv, argv + argc);
+    if (arguments.size() == 2 && arguments[1] == "--help") return std::fputs(help, stdout) < 0 ? 1 : 0;
+    if (arguments.size() == 2 && arguments[1] == "--version")
+        return std::puts("vantrel " VANTREL_VERSION) < 0 ? 1 : 0;
+
+    vantrel::QtDesktop desktop(argc > 0 ? argv[0] : nullptr);
+    vantrel::AppDelegate delegate(desktop.ports(), desktop.engine(), arguments);
+    delegate.applicationDidFinishLaunching();
+    desktop.application().run();
+    return 0;
+}

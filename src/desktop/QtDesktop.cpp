@@ -1,0 +1,41 @@
+#include "desktop/QtDesktop.h"
+
+#include "model/VantrelEngine.h"
+#include "platform/posix/SystemClock.h"
+#include "walk/WalkPool.h"
+
+namespace vantrel {
+
+QtDesktop::QtDesktop(const char* programName)
+    : application_(programName),
+      // Never destroyed, like the clock and the pool below: walks use them until the process has ended.
+      mainQueue_(*new QtMainQueue),
+      textFields_(application_) {
+    VantrelEngine::provideShared([this] {
+        const auto& clock = *new SystemClock;
+        return VantrelEngineServices{
+            .calculationQueue = *new WalkPool(clock), .mainQueue = mainQueue_, .clock = clock};
+    });
+}
+
+QtDesktop::~QtDesktop() {
+    mainQueue_.close();
+}
+
+Desktop QtDesktop::ports() {
+    return {.application = application_,
+            .files = files_,
+            .fonts = fonts_,
+            .mainQueue = mainQueue_,
+            .process = process_,
+            .output = output_,
+            .textFields = textFields_,
+            .timers = timers_,
+            .workspace = workspace_};
+}
+
+VantrelEngine& QtDesktop::engine() {
+    return VantrelEngine::shared();
+}
+
+}  // namespace vantrel

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Desktop.h"
+#include "platform/freedesktop/FreedesktopWorkspace.h"
+#include "platform/posix/PosixFileManager.h"
+#include "platform/posix/PosixProcessInfo.h"
+#include "platform/posix/PosixStandardOutput.h"
+#include "platform/qt/QtApplication.h"
+#include "platform/qt/QtFontCatalog.h"
+#include "platform/qt/QtMainQueue.h"
+#include "platform/qt/QtTextField.h"
+#include "platform/qt/QtTimerFactory.h"
+
+namespace vantrel {
+
+class VantrelEngine;
+
+/// Every port of the program, plugged into Qt 6, POSIX and the freedesktop.org conventions, and the engine on
+/// top of them. One for the life of the process, on the main thread. Its end waits for no walk; what walks
+/// still report then is dropped.
+class QtDesktop {
+public:
+    /// `programName` is argv[0]. Without a display the process ends, see QtApplication.
+    explicit QtDesktop(const char* programName);
+    QtDesktop(const QtDesktop&) = delete;
+    QtDesktop& operator=(const QtDesktop&) = delete;
+    ~QtDesktop();
+
+    Desktop ports();
+    VantrelEngine& engine();
+    QtApplication& application() { return application_; }
+
+private:
+    QtApplication application_;
+    QtMainQueue& mainQueue_;
+    PosixFileManager files_;
+    QtFontCatalog fonts_;
+    PosixProcessInfo process_;
+    PosixStandardOutput output_;
+    QtTextFieldFactory textFields_;
+    QtTimerFactory timers_;
+    FreedesktopWorkspace workspace_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+/// Starts other programs and lets go of them. Any thread.
+namespace vantrel::launching {
+
+/// Path of the first executable file called `name` in the folders of $PATH; `name` itself where it holds a
+/// slash and is executable.
+std::optional<std::string> programOnPath(const std::string& name);
+
+/// Starts the program at the path `arguments[0]` with the folder as its working directory, or this process's
+/// where that is empty. It gets a session of its own and the null device for its input and output, and nobody
+/// has to wait for it: it becomes init's child. Returns when the program has started; fails as open(2) does
+/// on the folder and as execve(2) does on the program.
+std::error_code launch(const std::vector<std::string>& arguments, const std::string& folder);
+
+}  // namespace vantrel::launching
