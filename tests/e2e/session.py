@@ -1,0 +1,207 @@
+"""One X server, one window manager and one vantrel, private to one test."""
+
+import os
+import select
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+from screen import Screen
+
+LIMIT = 30  # seconds; only a hanging program ever waits so long
+TITLE = "Vantrel - Orvane"
+
+
+def until(condition, what):
+    """Polls until `condition()` is true and answers its value."""
+    end = time.monotonic() + LIMIT
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"waited in vain: {what}")
+        time.sleep(0.01)
+
+
+def settled(look):
+    """Polls until `look()` gives the same answer ten times in a row and answers it."""
+    answers = []
+
+    def repeats():
+        answers.append(look())
+        return len(answers) >= 10 and all(answer == answers[-1] for answer in answers[-10:])
+
+    until(repeats, "the picture keeps changing")
+    return answers[-1]
+
+
+class Session:
+    programs = None  # the folder of the programs, set by the runner
+
+    def __init__(self):
+        self.folder = os.path.realpath(tempfile.mkdtemp(prefix="vantrel-window-"))
+        self.processes = []
+        self.home = self.make_folder("home")
+        runtime = self.make_folder("runtime")
+        os.chmod(runtime, 0o700)
+        self.environment = {
+            "HOME": self.home,
+            "PATH": os.environ["PATH"],
+            "LANG": "C.UTF-8",
+            "TZ": "UTC",
+            "XDG_RUNTIME_DIR": runtime,
+            "XDG_CONFIG_HOME": self.make_folder("config"),
+            "XDG_CACHE_HOME": self.make_folder("cache"),
+            "XDG_DATA_HOME": self.make_folder("data"),
+        }
+        self.program = None
+        self.outputs = []
+        self.window = None
+        self.screen = None
+
+    # Files of the test.
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def make_folder(self, name):
+        os.makedirs(self.path(name), exist_ok=True)
+        return self.path(name)
+
+    def make_file(self, name, size=0):
+        os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
+        with open(self.path(name), "wb") as file:
+            file.write(b"x" * size)
+        return self.path(name)
+
+    def make_tree(self, name, rows):
+        """A folder that shows `rows` rows: ".." and sub-folders a01, a02, ..."""
+        self.make_folder(name)
+        for number in range(1, rows):
+            self.make_folder(f"{name}/a{number:02}")
+        return self.path(name)
+
+    # Programs.
+
+    def _spawn(self, command, **options):
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, **options)
+        self.processes.append(process)
+        return process
+
+    def open_display(self):
+        read, write = os.pipe()
+        quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        self._spawn(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x900x24", "-nolisten", "tcp"]
+            + ["-nocursor", "-fbdir", self.folder],
+            pass_fds=[write],
+            **quiet,
+        )
+        os.close(write)
+        with os.fdopen(read) as ready:
+            assert select.select([ready], [], [], LIMIT)[0], "Xvfb does not start"
+            self.environment["DISPLAY"] = ":" + ready.readline().strip()
+        managed = self.path("managed")
+        os.mkfifo(managed)
+        fifo = os.open(managed, os.O_RDONLY | os.O_NONBLOCK)
+        self._spawn(
+            ["openbox", "--sm-disable", "--startup", f"sh -c 'echo > {managed}'"], env=self.environment, **quiet
+        )
+        assert select.select([fifo], [], [], LIMIT)[0], "openbox does not start"
+        os.close(fifo)
+        self.screen = Screen(self.path("Xvfb_screen0"))
+
+    def start(self, *arguments, cwd=None, extra_environment=None):
+        """Starts the program without waiting for anything."""
+        command = [os.path.join(self.programs, "vantrel"), *arguments]
+        self.start_command(command, cwd, extra_environment)
+
+    def start_command(self, command, cwd=None, extra_environment=None):
+        self._close_outputs()
+        self.outputs = [open(self.path(name), "w+b") for name in ("stdout", "stderr")]
+        self.program = self._spawn(
+            command,
+            cwd=cwd or self.folder,
+            env={**self.environment, **(extra_environment or {})},
+            stdout=self.outputs[0],
+            stderr=self.outputs[1],
+        )
+
+    def open_window(self, *arguments, **options):
+        """Starts the program and waits until its window is painted and has the keyboard."""
+        if self.screen is None:
+            self.open_display()
+        self.start(*arguments, **options)
+        self.wait_for_window()
+
+    def wait_for_window(self):
+        self.window = until(self._visible_window, "the window appears")
+        until(lambda: self.xdotool("getwindowfocus").strip() == self.window, "the window has the keyboard")
+        until(self.is_painted, "the window is painted")
+
+    def _visible_window(self):
+        assert self.program.poll() is None, f"ended with {self.program.poll()}"
+        found = self.xdotool("search", "--onlyvisible", "--name", f"^{TITLE}$", check=False).split()
+        return found[0] if found else None
+
+    def is_painted(self):
+        information = self.run("xwininfo", "-id", self.window)
+        numbers = {}
+        for line in information.splitlines():
+            name, _, value = line.strip().partition(":")
+            numbers[name] = value.strip()
+        self.x, self.y = int(numbers["Absolute upper-left X"]), int(numbers["Absolute upper-left Y"])
+        self.width, self.height = int(numbers["Width"]), int(numbers["Height"])
+        # The upper left corner of the menu bar line.
+        return self.screen.pixel(self.x + 2, self.y + 2) == (171, 171, 171)
+
+    def run(self, *command, check=True):
+        result = subprocess.run(
+            command, env=self.environment, capture_output=True, text=True, timeout=LIMIT, check=False
+        )
+        assert result.returncode == 0 or not check, f"{command} failed: {result.stderr}"
+        return result.stdout
+
+    def xdotool(self, *arguments, check=True):
+        return self.run("xdotool", *arguments, check=check)
+
+    def keys(self, *names):
+        self.xdotool("key", "--clearmodifiers", *names)
+
+    def click(self, x, y, button=1, count=1):
+        """At a place in the window's content."""
+        self.xdotool("mousemove", str(self.x + int(x)), str(self.y + int(y)))
+        self.xdotool("click", "--repeat", str(count), "--delay", "40", str(button))
+
+    def end(self):
+        """Waits for the program's end; (exit status, standard output, standard error)."""
+        try:
+            status = self.program.wait(LIMIT)
+        except subprocess.TimeoutExpired as error:
+            raise AssertionError("the program does not end") from error
+        texts = []
+        for file in self.outputs:
+            file.seek(0)
+            texts.append(file.read().decode("utf-8", "backslashreplace"))
+        return (status, *texts)
+
+    def _close_outputs(self):
+        for file in self.outputs:
+            file.close()
+
+    def close(self):
+        for process in reversed(self.processes):
+            if process.poll() is None:
+                process.send_signal(signal.SIGKILL if process is self.program else signal.SIGTERM)
+            process.wait()
+        self._close_outputs()
+        if self.screen is not None:
+            self.screen.close()
+        for folder, names, _ in os.walk(self.folder):
+            for name in names:
+                if not os.path.islink(os.path.join(folder, name)):
+                    os.chmod(os.path.join(folder, name), 0o700)
+        shutil.rmtree(self.folder)

@@ -1,0 +1,177 @@
+"""How the program starts: its command line, its window, and what it prints."""
+
+import os
+import subprocess
+import unittest
+
+from session import until
+from window_case import WindowCase
+
+
+class Start(WindowCase):
+    def test_without_arguments_the_panels_show_the_working_directory_and_the_home_folder(self):
+        here = self.session.make_tree("here", 4)
+        self.session.make_tree("home", 7)
+        self.open_window(cwd=here)
+        self.left.expect_rows(4)
+        self.right.expect_rows(7)
+        self.left.expect_cursor(1, "active")
+        self.right.expect_cursor(1, "inactive")
+        self.quit_and_expect_silence()
+
+    def test_one_argument_is_the_left_panels_folder(self):
+        self.session.make_tree("home", 3)
+        self.open_window(self.session.make_tree("five", 5))
+        self.left.expect_rows(5)
+        self.right.expect_rows(3)
+        self.quit_and_expect_silence()
+
+    def test_two_arguments_are_the_left_and_the_right_panels_folders(self):
+        self.open_window(self.session.make_tree("five", 5), self.session.make_tree("eight", 8))
+        self.left.expect_rows(5)
+        self.right.expect_rows(8)
+        self.quit_and_expect_silence()
+
+    def test_further_arguments_are_ignored(self):
+        self.open_window(self.session.make_tree("five", 5), self.session.make_tree("eight", 8), "/nowhere", "x")
+        self.left.expect_rows(5)
+        self.right.expect_rows(8)
+        self.quit_and_expect_silence()
+
+    def test_a_folder_that_does_not_exist_is_ignored_without_a_word(self):
+        here = self.session.make_tree("here", 4)
+        self.open_window(self.session.path("missing"), self.session.make_tree("eight", 8), cwd=here)
+        self.left.expect_rows(4)
+        self.right.expect_rows(8)
+        self.quit_and_expect_silence()
+
+    def test_a_leading_tilde_is_the_home_folder(self):
+        self.session.make_tree("home/music", 6)
+        self.open_window("~/music", "~")
+        self.left.expect_rows(6)
+        self.right.expect_rows(2)
+        self.quit_and_expect_silence()
+
+    def test_a_relative_folder_starts_at_the_working_directory(self):
+        self.session.make_tree("here/inner", 6)
+        self.open_window("inner", "../here", cwd=self.session.path("here"))
+        self.left.expect_rows(6)
+        self.right.expect_rows(2)
+        self.quit_and_expect_silence()
+
+    def test_a_folder_whose_name_is_not_utf8_is_opened(self):
+        name = os.fsencode(self.session.path("caf")) + b"\xe9"
+        os.mkdir(name)
+        os.mkdir(name + b"/one")
+        self.open_window(name)
+        self.left.expect_rows(2)
+        self.quit_and_expect_silence()
+
+    def test_opens_although_the_working_directory_is_gone(self):
+        gone = self.session.make_folder("gone")
+        self.session.make_tree("home", 5)
+        self.session.open_display()
+        vantrel = os.path.join(self.session.programs, "vantrel")
+        self.session.start_command(["sh", "-c", f'cd "$1" && rmdir "$1" && exec "{vantrel}"', "sh", gone])
+        self.session.wait_for_window()
+        self.session.keys("F10")
+        status, _, errors = self.session.end()
+        self.assertEqual((status, errors), (0, ""))
+
+    def test_a_folder_that_cannot_be_read_costs_one_line_on_standard_output(self):
+        file = self.session.make_file("plain", 3)
+        self.open_window(file)
+        self.session.keys("F10")
+        status, output, errors = self.session.end()
+        self.assertEqual((status, errors), (0, ""))
+        self.assertRegex(output, rf"\AError reading directory {file}: .+\n\Z")
+
+    def test_a_folder_without_permission_costs_one_line_on_standard_output(self):
+        if os.geteuid() == 0:
+            self.skipTest("root may read everything")
+        locked = self.session.make_folder("locked")
+        os.chmod(locked, 0)
+        self.open_window(locked)
+        self.session.keys("F10")
+        status, output, errors = self.session.end()
+        self.assertEqual((status, errors), (0, ""))
+        self.assertRegex(output, rf"\AError reading directory {locked}: .+\n\Z")
+
+    def test_every_folder_ends_with_its_total(self):
+        for number in range(1, 4):
+            self.session.make_file(f"tree/a{number:02}/deep/er/file", 5000)
+        self.open_window(self.session.path("tree"), self.session.path("home"))
+        # The cursor's row is drawn in the cursor's colours.
+        self.session.keys("Home")
+        for row in (1, 2, 3):
+            until(lambda row=row: self.left.has_size(row), f"row {row} shows its total")
+        self.quit_and_expect_silence()
+
+
+class Window(WindowCase):
+    def test_has_its_title_its_size_and_the_whole_content(self):
+        self.open_window()
+        self.assertEqual(self.session.xdotool("getwindowname", self.session.window), "Vantrel - Orvane\n")
+        self.assertEqual((self.session.width, self.session.height), (1100, 720))
+        self.quit_and_expect_silence()
+
+    def test_shrinks_to_800_by_500_and_no_further(self):
+        self.open_window()
+        hints = self.session.run("xprop", "-id", self.session.window, "WM_NORMAL_HINTS")
+        self.assertIn("program specified minimum size: 800 by 500", hints)
+        self.session.xdotool("windowsize", self.session.window, "300", "200")
+        until(lambda: self.session.is_painted() and (self.session.width, self.session.height) == (800, 500), "800x500")
+        self.quit_and_expect_silence()
+
+    def test_the_content_follows_the_windows_size(self):
+        self.open_window()
+        self.session.xdotool("windowsize", self.session.window, "1000", "640")
+        until(lambda: self.session.is_painted() and self.session.width == 1000, "1000 wide")
+        # The last function key cell ends ten points before the right edge, whatever the width.
+        y = self.session.y + 640 - 5
+        until(lambda: self.session.screen.pixel(self.session.x + 985, y) == (0, 171, 171), "a cell near the right edge")
+        self.quit_and_expect_silence()
+
+    def test_stands_in_the_middle_of_the_screen(self):
+        self.open_window()
+        self.assertAlmostEqual(self.session.x + 550, 640, delta=2)
+        self.assertAlmostEqual(self.session.y + 360, 450, delta=30)
+        self.quit_and_expect_silence()
+
+
+class WithoutAWindow(WindowCase):
+    def test_help_and_version_need_no_display(self):
+        for option, expected in (("--help", "Usage: vantrel [LEFT [RIGHT]]"), ("--version", "vantrel ")):
+            self.session.start(option)
+            status, output, errors = self.session.end()
+            self.assertEqual((status, errors), (0, ""))
+            self.assertTrue(output.startswith(expected), output)
+
+    def test_without_a_display_it_says_so_in_one_line_and_ends_with_1(self):
+        for display in ({}, {"DISPLAY": ":987"}, {"WAYLAND_DISPLAY": "nowhere"}):
+            self.session.start(extra_environment=display)
+            status, output, errors = self.session.end()
+            self.assertEqual((status, output), (1, ""))
+            self.assertRegex(errors, r"\Avantrel: no display .+\n\Z")
+
+    def test_the_snapshot_is_a_picture_of_the_asked_size(self):
+        picture = self.session.path("picture.png")
+        result = subprocess.run(
+            [os.path.join(self.session.programs, "vantrel-snapshot"), self.session.folder, "-o", picture]
+            + ["--size", "800x500", "--scale", "2"],
+            env=self.session.environment,
+            capture_output=True,
+            text=True,
+            timeout=60,
+            check=False,
+        )
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, picture + "\n", ""))
+        with open(picture, "rb") as file:
+            header = file.read(24)
+        self.assertEqual(header[:8], b"\x89PNG\r\n\x1a\n")
+        self.assertEqual(int.from_bytes(header[16:20], "big"), 1600)
+        self.assertEqual(int.from_bytes(header[20:24], "big"), 1000)
+
+
+if __name__ == "__main__":
+    unittest.main()

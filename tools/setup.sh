@@ -1,0 +1,70 @@
+# Sourced by ./run and ./test: which Debian packages the work needs, and how to build.
+# The caller has set `root` to the project's folder.
+
+# To build and to run the program.
+packages_to_run=(
+    g++ cmake ninja-build pkg-config ccache
+    qt6-base-dev libicu-dev libglib2.0-dev
+    fonts-dejavu-core fonts-noto-color-emoji
+)
+
+# To build and run all of its tests as well.
+packages_to_test=(
+    "${packages_to_run[@]}"
+    libgtest-dev libgmock-dev libbenchmark-dev
+    xvfb xdotool openbox x11-utils x11-xkb-utils dbus python3
+)
+
+log=$root/build/log.txt
+
+say() { printf '%s\n' "$*" >&2; }
+
+# Runs a command; what it prints is shown only when it fails.
+quietly() {
+    mkdir -p "$root/build"
+    if ! "$@" >"$log" 2>&1; then
+        cat "$log" >&2
+        return 1
+    fi
+}
+
+missing_packages() {
+    local package
+    for package in "$@"; do
+        case $(dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null) in
+            ii*) ;;
+            *) printf '%s\n' "$package" ;;
+        esac
+    done
+}
+
+# Installs what is missing of the packages named; touches nothing and no network when all is there.
+install_missing() {
+    command -v dpkg-query >/dev/null || return 0 # not a Debian: the build says what it lacks
+    local missing as_root=()
+    mapfile -t missing < <(missing_packages "$@")
+    [[ ${#missing[@]} -gt 0 ]] || return 0
+    if [[ $(id -u) -ne 0 ]]; then
+        if ! command -v sudo >/dev/null; then
+            say "Please install as root: ${missing[*]}"
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    say "Installing ${missing[*]}"
+    quietly "${as_root[@]}" apt-get -q update || return 1
+    quietly "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -qy install --no-install-recommends "${missing[@]}"
+}
+
+# configure PRESET [OPTION...]
+configure() (cd "$root" && quietly cmake --preset "$@")
+
+# build PRESET [TARGET...]
+build() (
+    cd "$root"
+    local preset=$1 targets=()
+    shift
+    [[ $# -eq 0 ]] || targets=(--target "$@")
+    quietly cmake --build --preset "$preset" --parallel "$(nproc)" "${targets[@]}"
+)
