@@ -86,7 +86,7 @@ class Session:
 
     # Programs.
 
-    def _spawn(self, command, **options):
+    def spawn(self, command, **options):
         process = subprocess.Popen(command, stdin=subprocess.DEVNULL, **options)
         self.processes.append(process)
         return process
@@ -94,7 +94,7 @@ class Session:
     def open_display(self):
         read, write = os.pipe()
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-        self._spawn(
+        self.spawn(
             ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x900x24", "-nolisten", "tcp"]
             + ["-nocursor", "-fbdir", self.folder],
             pass_fds=[write],
@@ -107,7 +107,7 @@ class Session:
         managed = self.path("managed")
         os.mkfifo(managed)
         fifo = os.open(managed, os.O_RDONLY | os.O_NONBLOCK)
-        self._spawn(
+        self.spawn(
             ["openbox", "--sm-disable", "--startup", f"sh -c 'echo > {managed}'"], env=self.environment, **quiet
         )
         assert select.select([fifo], [], [], LIMIT)[0], "openbox does not start"
@@ -122,7 +122,7 @@ class Session:
     def start_command(self, command, cwd=None, extra_environment=None):
         self._close_outputs()
         self.outputs = [open(self.path(name), "w+b") for name in ("stdout", "stderr")]
-        self.program = self._spawn(
+        self.program = self.spawn(
             command,
             cwd=cwd or self.folder,
             env={**self.environment, **(extra_environment or {})},

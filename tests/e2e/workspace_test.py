@@ -1,0 +1,343 @@
+"""Other applications: opening a file, showing a folder, a terminal. All of them are fakes."""
+
+import json
+import os
+import re
+import select
+import shutil
+import signal
+import subprocess
+import sys
+import unittest
+import urllib.parse
+
+from session import LIMIT, until
+from window_case import WindowCase
+
+DESKTOP_FILE = """[Desktop Entry]
+Type=Application
+Name=Fake
+Exec={program} %f
+MimeType=text/plain;
+"""
+
+
+class WorkspaceCase(WindowCase):
+    """The program finds no other programs than the fakes that a test installs."""
+
+    def setUp(self):
+        super().setUp()
+        self.session.make_folder("bin")
+        self.notes_folder = self.session.make_folder("notes")
+        self.folder = os.fsencode(self.session.make_folder("tree")) + b"/caf\xe9 $(touch x) 'q\" %41"
+        os.mkdir(self.folder)
+        self.environment = {"PATH": self.session.path("bin"), "XDG_DATA_DIRS": self.session.path("nothing")}
+        self.addCleanup(self.stop_fakes)
+
+    def install(self, *names):
+        here = os.path.dirname(os.path.abspath(__file__))
+        for name in names:
+            path = self.session.path(f"bin/{name}")
+            with open(path, "w", encoding="utf-8") as script:
+                script.write(f"#!{sys.executable} -BIS\n")
+                with open(os.path.join(here, "fake_program.py"), encoding="utf-8") as source:
+                    script.write(source.read())
+            os.chmod(path, 0o755)
+
+    def install_default_application(self, name):
+        self.install(name)
+        applications = self.session.make_folder("data/applications")
+        with open(f"{applications}/fake.desktop", "w", encoding="ascii") as file:
+            file.write(DESKTOP_FILE.format(program=self.session.path(f"bin/{name}")))
+        with open(self.session.path("config/mimeapps.list"), "w", encoding="ascii") as file:
+            file.write("[Default Applications]\ntext/plain=fake.desktop\n")
+
+    def let_fakes_stay(self):
+        self.session.make_file("stay")
+
+    def notes(self):
+        notes = []
+        for name in sorted(os.listdir(self.notes_folder)):
+            if not name.startswith("."):
+                with open(os.path.join(self.notes_folder, name), encoding="ascii") as file:
+                    notes.append(json.load(file))
+        return notes
+
+    def only_note(self):
+        until(self.notes, "a program is started")
+        (note,) = self.notes()
+        return note
+
+    def stop_fakes(self):
+        for note in self.notes():
+            try:
+                os.kill(note["pid"], signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+
+    def start_bus(self):
+        process = self.session.spawn(
+            ["dbus-daemon", "--session", "--nofork", "--print-address"],
+            env=self.session.environment,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+        )
+        assert select.select([process.stdout], [], [], LIMIT)[0], "the bus does not start"
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = process.stdout.readline().decode().strip()
+        process.stdout.close()
+
+    def provide_file_manager(self, answer):
+        """Found and started by the bus itself."""
+        services = self.session.make_folder("data/dbus-1/services")
+        program = os.path.join(self.session.programs, "fake-file-manager")
+        with open(f"{services}/manager.service", "w", encoding="ascii") as file:
+            file.write("[D-BUS Service]\nName=org.freedesktop.FileManager1\n")
+            file.write(f"Exec={program} {self.session.path('shown')} {answer}\n")
+
+    def shown(self):
+        try:
+            with open(self.session.path("shown"), encoding="utf-8") as file:
+                return file.read()
+        except FileNotFoundError:
+            return ""
+
+    def open_window_on(self, folder):
+        self.open_window(folder, self.session.home, extra_environment=self.environment)
+
+    def expect_the_window_to_answer(self):
+        self.session.keys("Tab")
+        self.right.expect_cursor(0, "active")
+        self.session.keys("Tab")
+        self.right.expect_cursor(0, "inactive")
+
+    def expect_well_started(self, note, arguments, folder):
+        self.assertEqual([bytes.fromhex(argument) for argument in note["arguments"]], arguments)
+        self.assertEqual(bytes.fromhex(note["folder"]), folder)
+        self.assertNotEqual(note["session"], os.getsid(self.session.program.pid))
+        standard = {number: target for number, target in note["descriptors"].items() if number in ("0", "1", "2")}
+        self.assertEqual(standard, {"0": "/dev/null", "1": "/dev/null", "2": "/dev/null"})
+        others = [target for number, target in note["descriptors"].items() if number not in standard]
+        self.assertFalse([target for target in others if re.match("socket|pipe|anon", target)], "inherited from us")
+        self.assertNotEqual(note["parent"], self.session.program.pid)
+
+    def expect_no_children(self):
+        def children():
+            found = []
+            for name in os.listdir("/proc"):
+                if name.isdigit():
+                    try:
+                        with open(f"/proc/{name}/stat", "rb") as file:
+                            parent = file.read().rsplit(b")", 1)[1].split()[1]
+                    except OSError:
+                        continue
+                    if int(parent) == self.session.program.pid:
+                        found.append(name)
+            return found
+
+        until(lambda: not children(), "no child is left")
+
+    def url_of(self, path):
+        return ("file://" + urllib.parse.quote(path)).encode()
+
+
+class OpeningAFile(WorkspaceCase):
+    def setUp(self):
+        super().setUp()
+        self.file = self.folder + b"/letter \xff.txt"
+        with open(self.file, "wb") as file:
+            file.write(b"Dear Ann,\n")
+
+    def open_the_file(self):
+        self.open_window_on(self.folder)
+        self.left.expect_cursor(1, "active")
+        self.session.keys("Return")
+
+    def test_starts_the_default_application_on_the_file(self):
+        self.install_default_application("viewer")
+        self.install("xdg-open")
+        self.open_the_file()
+        note = self.only_note()
+        self.assertEqual(note["program"], "viewer")
+        self.expect_well_started(note, [self.file], self.folder)
+        self.expect_no_children()
+        self.quit_and_expect_silence()
+
+    def test_f4_does_the_same(self):
+        self.install_default_application("viewer")
+        self.open_window_on(self.folder)
+        self.left.expect_cursor(1, "active")
+        self.session.keys("F4")
+        self.assertEqual(self.only_note()["program"], "viewer")
+        self.quit_and_expect_silence()
+
+    def test_without_a_default_application_xdg_open_is_asked(self):
+        self.install("xdg-open")
+        self.open_the_file()
+        note = self.only_note()
+        self.assertEqual(note["program"], "xdg-open")
+        self.assertEqual(bytes.fromhex(note["arguments"][0]), self.url_of(self.file))
+        self.expect_no_children()
+        self.quit_and_expect_silence()
+
+    def test_an_application_that_cannot_be_started_is_replaced_by_xdg_open(self):
+        self.install_default_application("viewer")
+        os.remove(self.session.path("bin/viewer"))
+        self.install("xdg-open")
+        self.open_the_file()
+        self.assertEqual(self.only_note()["program"], "xdg-open")
+        self.quit_and_expect_silence()
+
+    def test_without_anything_to_open_it_with_nothing_happens(self):
+        self.open_the_file()
+        self.expect_the_window_to_answer()
+        self.quit_and_expect_silence()
+
+    def test_a_file_that_has_gone_is_opened_by_nobody(self):
+        self.install_default_application("viewer")
+        self.install("xdg-open", "xterm")
+        self.open_window_on(self.folder)
+        self.left.expect_cursor(1, "active")
+        os.remove(self.file)
+        self.session.keys("Return")
+        # Requests begin in their order; the terminal is there as a mark behind the file.
+        self.session.keys("ctrl+t")
+        until(self.notes, "the terminal is started")
+        self.assertEqual([note["program"] for note in self.notes()], ["xterm"])
+        self.quit_and_expect_silence()
+
+    def test_an_application_that_stays_holds_up_neither_the_window_nor_its_end(self):
+        self.install_default_application("viewer")
+        self.let_fakes_stay()
+        self.open_the_file()
+        note = self.only_note()
+        self.expect_the_window_to_answer()
+        self.quit_and_expect_silence()
+        os.kill(note["pid"], 0)  # it goes on without us
+
+
+class ShowingAFolder(WorkspaceCase):
+    def setUp(self):
+        super().setUp()
+        self.install("xdg-open")
+
+    def show_the_folder(self):
+        self.open_window_on(self.folder)
+        self.session.keys("ctrl+o")
+
+    def expect_xdg_open(self):
+        note = self.only_note()
+        self.assertEqual(note["program"], "xdg-open")
+        self.assertEqual([bytes.fromhex(argument) for argument in note["arguments"]], [self.url_of(self.folder)])
+
+    def test_asks_the_file_manager_on_the_bus(self):
+        self.provide_file_manager("shown")
+        self.start_bus()
+        self.show_the_folder()
+        until(self.shown, "the file manager is asked")
+        self.assertEqual(self.shown(), f"(['{self.url_of(self.folder).decode()}'], '')\n")
+        self.quit_and_expect_silence()
+        self.assertEqual(self.notes(), [])
+
+    def test_without_a_file_manager_on_the_bus_xdg_open_is_asked(self):
+        self.start_bus()
+        self.show_the_folder()
+        self.expect_xdg_open()
+        self.quit_and_expect_silence()
+
+    def test_without_a_bus_xdg_open_is_asked(self):
+        self.show_the_folder()
+        self.expect_xdg_open()
+        self.expect_no_children()
+        self.quit_and_expect_silence()
+
+    def test_a_file_manager_that_refuses_is_replaced_by_xdg_open(self):
+        self.provide_file_manager("refused")
+        self.start_bus()
+        self.show_the_folder()
+        self.expect_xdg_open()
+        self.quit_and_expect_silence()
+
+    def test_a_file_manager_that_never_answers_holds_up_neither_the_window_nor_its_end(self):
+        self.provide_file_manager("nothing")
+        self.start_bus()
+        self.show_the_folder()
+        until(self.shown, "the file manager is asked")
+        self.expect_the_window_to_answer()
+        self.quit_and_expect_silence()
+
+    def test_the_end_of_the_bus_is_not_the_end_of_the_program(self):
+        self.provide_file_manager("nothing")
+        self.start_bus()
+        bus = self.session.processes[-1]
+        self.show_the_folder()
+        until(self.shown, "the file manager is asked")
+        bus.kill()
+        bus.wait()
+        self.expect_xdg_open()
+        self.expect_the_window_to_answer()
+        self.quit_and_expect_silence()
+
+
+class ATerminal(WorkspaceCase):
+    def ask_for_a_terminal(self):
+        self.open_window_on(self.folder)
+        self.session.keys("ctrl+t")
+
+    def expect_terminal(self, name, arguments=()):
+        note = self.only_note()
+        self.assertEqual(note["program"], name)
+        self.expect_well_started(note, list(arguments), self.folder)
+        self.expect_no_children()
+
+    def test_the_users_own_comes_first(self):
+        self.install("mine", "xdg-terminal-exec", "x-terminal-emulator", "xterm")
+        self.environment["TERMINAL"] = "mine"
+        self.ask_for_a_terminal()
+        self.expect_terminal("mine")
+        self.quit_and_expect_silence()
+
+    def test_the_users_own_may_have_arguments_that_no_shell_looks_at(self):
+        self.install("mine")
+        self.environment["TERMINAL"] = "mine --new $HOME;ls"
+        self.ask_for_a_terminal()
+        self.expect_terminal("mine", [b"--new", b"$HOME;ls"])
+        self.quit_and_expect_silence()
+
+    def test_the_others_follow_in_their_order(self):
+        names = ["xdg-terminal-exec", "x-terminal-emulator", "gnome-terminal", "konsole", "xfce4-terminal", "xterm"]
+        self.install(*names)
+        self.environment["TERMINAL"] = "missing"
+        self.open_window_on(self.folder)
+        for count, name in enumerate(names, start=1):
+            self.session.keys("ctrl+t")
+            until(lambda count=count: len(self.notes()) == count, f"{name} is started")
+            os.remove(self.session.path(f"bin/{name}"))
+        self.assertEqual([note["program"] for note in self.notes()], names)
+        self.quit_and_expect_silence()
+
+    def test_one_that_cannot_run_is_passed_over(self):
+        with open(self.session.path("bin/x-terminal-emulator"), "w", encoding="ascii") as script:
+            script.write("#!/no/such/interpreter\n")
+        os.chmod(self.session.path("bin/x-terminal-emulator"), 0o755)
+        self.install("xterm")
+        self.ask_for_a_terminal()
+        self.expect_terminal("xterm")
+        self.quit_and_expect_silence()
+
+    def test_without_any_nothing_happens(self):
+        self.ask_for_a_terminal()
+        self.expect_the_window_to_answer()
+        self.quit_and_expect_silence()
+
+    def test_in_a_folder_that_has_gone_nothing_happens(self):
+        self.install("xterm")
+        self.open_window_on(self.folder)
+        shutil.rmtree(self.folder)
+        self.session.keys("ctrl+t")
+        self.expect_the_window_to_answer()
+        self.quit_and_expect_silence()
+        self.assertEqual(self.notes(), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
