@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -30,9 +28,8 @@ struct Measure {
     std::int64_t bytes = 0;               ///< allocated on disk
 };
 
-/// The file system of a walk's root. Shared by the threads of the walk.
+/// What a walk has learned about its file system. Shared by the threads of the walk.
 struct Volume {
-    dev_t device = 0;
     std::atomic<bool> sparesAccessTimes{
         true};  ///< false once the system has refused to leave a folder's alone
 };
@@ -51,10 +48,7 @@ public:
     virtual ~DirectoryReader() = default;
 
     /// The folder at `path` (any length), through links and mount points: the root of a walk.
-    virtual Result<FileDescriptor> openRoot(const std::string& path) = 0;
-
-    /// Fills in what is known about the file system of an opened root.
-    virtual void describe(int root, Volume& volume) = 0;
+    virtual Result<FileDescriptor> openRoot(const std::string& path, Volume& volume) = 0;
 
     /// The folder `name` in `parent`; never through a link nor into another file system.
     virtual Result<FileDescriptor> openFolder(int parent, const char* name, Volume& volume) = 0;

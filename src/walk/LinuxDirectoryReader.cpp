@@ -41,7 +41,7 @@ Result<FileDescriptor> openat2Within(int base, const char* path, int flags) {
 }
 
 // `name` in `base`, not through a link, not into another file system.
-Result<FileDescriptor> openWithin(int base, const char* name, int flags, const Volume& volume) {
+Result<FileDescriptor> openWithin(int base, const char* name, int flags) {
     if (hasOpenat2.load(std::memory_order_relaxed)) {
         auto opened = openat2Within(base, name, flags | O_NOFOLLOW);
         if (opened) return opened;
@@ -49,11 +49,23 @@ Result<FileDescriptor> openWithin(int base, const char* name, int flags, const V
         // A sandbox may answer EPERM for a call it does not know; so does O_NOATIME on another user's folder.
         if (error != std::errc::function_not_supported && error != std::errc::operation_not_permitted)
             return opened;
-        auto fallback = openOnDevice(base, name, flags, volume.device);
+        auto fallback = openOnSameDevice(base, name, flags);
         if (fallback) hasOpenat2.store(false, std::memory_order_relaxed);
         return fallback;
     }
-    return openOnDevice(base, name, flags, volume.device);
+    return openOnSameDevice(base, name, flags);
+}
+
+// Opens for reading without touching the access time, until the system refuses that: it is for the owner
+// only.
+template <class Open>
+Result<FileDescriptor> sparingAccessTimes(Volume& volume, Open open) {
+    if (volume.sparesAccessTimes.load(std::memory_order_relaxed)) {
+        auto opened = open(readFlags | O_NOATIME);
+        if (opened || opened.error() != std::errc::operation_not_permitted) return opened;
+        volume.sparesAccessTimes.store(false, std::memory_order_relaxed);
+    }
+    return open(readFlags);
 }
 
 bool isDotOrDotDot(const char* name) {
@@ -77,29 +89,19 @@ EntryKind kindOf(unsigned char type) {
 
 LinuxDirectoryReader::LinuxDirectoryReader() : batch_(std::make_unique<char[]>(batchBytes)) {}
 
-Result<FileDescriptor> LinuxDirectoryReader::openRoot(const std::string& path) {
-    return openPath(path, readFlags);
-}
-
-void LinuxDirectoryReader::describe(int root, Volume& volume) {
-    if (auto identity = identify(root)) volume.device = identity->device;
+Result<FileDescriptor> LinuxDirectoryReader::openRoot(const std::string& path, Volume& volume) {
+    return sparingAccessTimes(volume, [&](int flags) { return openPath(path, flags); });
 }
 
 Result<FileDescriptor> LinuxDirectoryReader::openFolder(int parent, const char* name, Volume& volume) {
-    if (volume.sparesAccessTimes.load(std::memory_order_relaxed)) {
-        auto opened = openWithin(parent, name, readFlags | O_NOATIME, volume);
-        if (opened || opened.error() != std::errc::operation_not_permitted) return opened;
-        volume.sparesAccessTimes.store(false, std::memory_order_relaxed);
-    }
-    return openWithin(parent, name, readFlags, volume);
+    return sparingAccessTimes(volume, [&](int flags) { return openWithin(parent, name, flags); });
 }
 
 Result<FileDescriptor> LinuxDirectoryReader::openBelow(int ancestor, const std::string& relativePath,
-                                                       Volume& volume) {
+                                                       Volume&) {
     const std::size_t longestPiece = hasOpenat2.load(std::memory_order_relaxed) ? PATH_MAX - 1 : 0;
-    return openInPieces(ancestor, relativePath, longestPiece, [&](int base, const char* piece) {
-        return openWithin(base, piece, placeFlags, volume);
-    });
+    return openInPieces(ancestor, relativePath, longestPiece,
+                        [](int base, const char* piece) { return openWithin(base, piece, placeFlags); });
 }
 
 Result<std::unique_ptr<DirectoryStream>> LinuxDirectoryReader::beginReading(int) {

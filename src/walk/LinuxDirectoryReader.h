@@ -12,8 +12,7 @@ class LinuxDirectoryReader final : public DirectoryReader {
 public:
     LinuxDirectoryReader();
 
-    Result<FileDescriptor> openRoot(const std::string& path) override;
-    void describe(int root, Volume& volume) override;
+    Result<FileDescriptor> openRoot(const std::string& path, Volume& volume) override;
     Result<FileDescriptor> openFolder(int parent, const char* name, Volume& volume) override;
     Result<FileDescriptor> openBelow(int ancestor, const std::string& relativePath, Volume& volume) override;
     Result<std::unique_ptr<DirectoryStream>> beginReading(int folder) override;

@@ -16,12 +16,13 @@ bool isDescriptorShortage(const std::error_code& error) {
     return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
 }
 
-Result<FileDescriptor> openOnDevice(int parent, const char* name, int flags, dev_t device) {
+Result<FileDescriptor> openOnSameDevice(int parent, const char* name, int flags) {
     FileDescriptor opened(uninterrupted([&] { return ::openat(parent, name, flags | O_NOFOLLOW); }));
     if (!opened) return lastError();
-    auto identity = identify(opened.number());
-    if (!identity) return lastError();
-    if (identity->device != device) return std::make_error_code(std::errc::cross_device_link);
+    const auto outer = identify(parent);
+    const auto inner = identify(opened.number());
+    if (!outer || !inner) return lastError();
+    if (outer->device != inner->device) return std::make_error_code(std::errc::cross_device_link);
     return opened;
 }
 

@@ -22,9 +22,8 @@ std::optional<Identity> identify(int descriptor);
 /// EMFILE or ENFILE: no descriptor is free in this process or on this system.
 bool isDescriptorShortage(const std::error_code& error);
 
-/// The folder `name` in `parent`, opened with `flags` and O_NOFOLLOW, if it lies on the device `device`;
-/// EXDEV otherwise.
-Result<FileDescriptor> openOnDevice(int parent, const char* name, int flags, dev_t device);
+/// The folder `name` in `parent`, opened with `flags` and O_NOFOLLOW; EXDEV if it lies on another device.
+Result<FileDescriptor> openOnSameDevice(int parent, const char* name, int flags);
 
 /// Kind and allocated size out of a stat structure.
 Measure measureOf(const struct stat& status);

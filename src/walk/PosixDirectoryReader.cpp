@@ -55,24 +55,19 @@ PosixDirectoryReader::PosixDirectoryReader() {
     names_.reserve(batchBytes);
 }
 
-Result<FileDescriptor> PosixDirectoryReader::openRoot(const std::string& path) {
+Result<FileDescriptor> PosixDirectoryReader::openRoot(const std::string& path, Volume&) {
     return openPath(path, readFlags);
 }
 
-void PosixDirectoryReader::describe(int root, Volume& volume) {
-    if (auto identity = identify(root)) volume.device = identity->device;
-}
-
-Result<FileDescriptor> PosixDirectoryReader::openFolder(int parent, const char* name, Volume& volume) {
-    return openOnDevice(parent, name, readFlags, volume.device);
+Result<FileDescriptor> PosixDirectoryReader::openFolder(int parent, const char* name, Volume&) {
+    return openOnSameDevice(parent, name, readFlags);
 }
 
 Result<FileDescriptor> PosixDirectoryReader::openBelow(int ancestor, const std::string& relativePath,
-                                                       Volume& volume) {
+                                                       Volume&) {
     constexpr std::size_t oneComponent = 0;
-    return openInPieces(ancestor, relativePath, oneComponent, [&](int base, const char* piece) {
-        return openOnDevice(base, piece, readFlags, volume.device);
-    });
+    return openInPieces(ancestor, relativePath, oneComponent,
+                        [](int base, const char* piece) { return openOnSameDevice(base, piece, readFlags); });
 }
 
 Result<std::unique_ptr<DirectoryStream>> PosixDirectoryReader::beginReading(int folder) {

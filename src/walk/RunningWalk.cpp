@@ -1,23 +1,6 @@
 #include "walk/RunningWalk.h"
 
-#include "platform/Precondition.h"
-
 namespace vantrel::walking {
-
-namespace {
-
-std::int64_t sumChecked(std::int64_t left, std::int64_t right) {
-    std::int64_t sum = 0;
-    precondition(!__builtin_add_overflow(left, right, &sum), "a folder's size does not fit into 64 bits");
-    return sum;
-}
-
-}  // namespace
-
-void addChecked(WalkTotals& totals, WalkTotals more) {
-    totals.bytes = sumChecked(totals.bytes, more.bytes);
-    totals.items = sumChecked(totals.items, more.items);
-}
 
 RunningWalk::RunningWalk(std::string rootPath, std::shared_ptr<const CancellationFlag> cancellation,
                          std::unique_ptr<WalkObserver> observer, const Clock& clock,

@@ -6,13 +6,11 @@
 #include <string>
 
 #include "platform/Clock.h"
+#include "walk/CheckedSum.h"
 #include "walk/DirectoryReader.h"
 #include "walk/Walk.h"
 
 namespace vantrel::walking {
-
-/// Adds with a check: an overflow of bytes or items stops the program.
-void addChecked(WalkTotals& totals, WalkTotals more);
 
 /// One submitted walk: its root, its totals, its observer. Any of the pool's threads may work for it; lives
 /// until its root folder is released.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -25,10 +26,14 @@ class WalkPool final : public WalkQueue {
 public:
     using ReaderFactory = std::function<std::unique_ptr<walking::DirectoryReader>()>;
 
+    /// How far the walks of a pool go.
+    enum class Reach : std::uint8_t { wholeTree, ownFilesOnly };
+
     struct Options {
         unsigned threads = recommendedThreads();
         int descriptorBudget = recommendedDescriptorBudget();  ///< beside some three per thread
         ReaderFactory makeReader = nativeReader;               ///< called once for each thread
+        Reach reach = Reach::wholeTree;
     };
 
     /// More threads than processors, because threads wait for disks.

@@ -34,7 +34,7 @@ void releaseFolder(Folder* folder) {
 }
 
 WalkScheduler::WalkScheduler(const Clock& clock, WalkPool::Options options)
-    : clock_(clock), budget_(options.descriptorBudget) {
+    : clock_(clock), reach_(options.reach), budget_(options.descriptorBudget) {
     precondition(options.threads > 0, "a pool needs a thread");
     for (unsigned i = 0; i < options.threads; ++i)
         workers_.push_back(std::make_unique<WalkWorker>(*this, i, options.makeReader()));

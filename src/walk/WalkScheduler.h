@@ -35,6 +35,7 @@ public:
     /// To be called after a push into a worker's queue.
     void wakeOne();
 
+    WalkPool::Reach reach() const { return reach_; }
     DescriptorBudget& budget() { return budget_; }
     bool isStopping() const { return stopping_.load(std::memory_order_relaxed); }
 
@@ -54,6 +55,7 @@ private:
     bool hasWork() const;
 
     const Clock& clock_;
+    const WalkPool::Reach reach_;
     DescriptorBudget budget_;
     std::atomic<bool> stopping_{false};
 

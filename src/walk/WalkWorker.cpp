@@ -96,10 +96,10 @@ void WalkWorker::count(Folder& folder, int descriptor) {
             entry.kind = measure.kind;
             if (entry.kind == EntryKind::link) continue;
         }
-        if (entry.kind == EntryKind::folder)
-            children_.push_back(Folder::make(walk, &folder, entry.name));
-        else
+        if (entry.kind != EntryKind::folder)
             addChecked(counted_, {measure.bytes, 1});
+        else if (scheduler_.reach() == WalkPool::Reach::wholeTree)
+            children_.push_back(Folder::make(walk, &folder, entry.name));
         walk.progress(counted_);
     }
 }
@@ -164,11 +164,7 @@ std::error_code WalkWorker::tryOpen(Folder& folder) {
 Result<FileDescriptor> WalkWorker::openByName(Folder& folder) {
     Folder* parent = folder.parent();
     Volume& volume = folder.walk().volume();
-    if (!parent) {
-        auto root = reader_->openRoot(folder.walk().rootPath());
-        if (root) reader_->describe(root->number(), volume);
-        return root;
-    }
+    if (!parent) return reader_->openRoot(folder.walk().rootPath(), volume);
     if (parent->tryUse()) {
         auto opened = reader_->openFolder(parent->descriptor(), folder.name(), volume);
         parent->endUse();
@@ -190,7 +186,7 @@ Result<FileDescriptor> WalkWorker::reopen(Folder& folder) {
     Volume& volume = folder.walk().volume();
     FileDescriptor root;
     if (!ancestor) {
-        auto opened = reader_->openRoot(folder.walk().rootPath());
+        auto opened = reader_->openRoot(folder.walk().rootPath(), volume);
         if (!opened) return opened;
         root = std::move(*opened);
         missing.pop_back();

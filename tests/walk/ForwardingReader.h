@@ -18,8 +18,9 @@ class ForwardingReader : public walking::DirectoryReader {
 public:
     explicit ForwardingReader(std::unique_ptr<DirectoryReader> real) : real_(std::move(real)) {}
 
-    Result<FileDescriptor> openRoot(const std::string& path) override { return real_->openRoot(path); }
-    void describe(int root, walking::Volume& volume) override { real_->describe(root, volume); }
+    Result<FileDescriptor> openRoot(const std::string& path, walking::Volume& volume) override {
+        return real_->openRoot(path, volume);
+    }
     Result<FileDescriptor> openFolder(int parent, const char* name, walking::Volume& volume) override {
         return real_->openFolder(parent, name, volume);
     }
@@ -58,9 +59,9 @@ public:
     CountingReader(std::unique_ptr<DirectoryReader> real, Counts* counts)
         : ForwardingReader(std::move(real)), counts_(counts) {}
 
-    Result<FileDescriptor> openRoot(const std::string& path) override {
+    Result<FileDescriptor> openRoot(const std::string& path, walking::Volume& volume) override {
         ++counts_->roots;
-        return ForwardingReader::openRoot(path);
+        return ForwardingReader::openRoot(path, volume);
     }
     Result<FileDescriptor> openFolder(int parent, const char* name, walking::Volume& volume) override {
         ++counts_->folders;

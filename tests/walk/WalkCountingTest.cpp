@@ -4,9 +4,9 @@
 
 #include <fstream>
 
+#include "walk/CheckedSum.h"
 #include "walk/ForwardingReader.h"
 #include "walk/PosixCalls.h"
-#include "walk/RunningWalk.h"
 #include "walk/WalkFixture.h"
 
 namespace vantrel::test {
@@ -208,18 +208,18 @@ TEST_P(WalkCounting, isNotLedAwayByALinkPutInTheFoldersPlace) {
 TEST(WalkTotalsDeathTest, anOverflowOfBytesStopsTheProgram) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     WalkTotals totals{9'223'372'036'854'775'807, 1};
-    EXPECT_DEATH(walking::addChecked(totals, {1, 0}), "does not fit into 64 bits");
+    EXPECT_DEATH(addChecked(totals, {1, 0}), "does not fit into 64 bits");
 }
 
 TEST(WalkTotalsDeathTest, anOverflowOfItemsStopsTheProgram) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     WalkTotals totals{0, 9'223'372'036'854'775'807};
-    EXPECT_DEATH(walking::addChecked(totals, {512, 1}), "does not fit into 64 bits");
+    EXPECT_DEATH(addChecked(totals, {512, 1}), "does not fit into 64 bits");
 }
 
 TEST(WalkTotals, reachTheLargestNumber) {
     WalkTotals totals{9'223'372'036'854'775'806, 9'223'372'036'854'775'806};
-    walking::addChecked(totals, {1, 1});
+    addChecked(totals, {1, 1});
     EXPECT_EQ(totals, (WalkTotals{9'223'372'036'854'775'807, 9'223'372'036'854'775'807}));
 }
 
