@@ -1,0 +1,57 @@
+#include "sizes/Interruption.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <initializer_list>
+
+#include "platform/Precondition.h"
+
+namespace vantrel::sizes {
+
+namespace {
+
+// What a signal handler may touch: a lock-free number and write(2).
+volatile sig_atomic_t receivedSignal = 0;
+volatile sig_atomic_t signalWriter = -1;
+
+extern "C" void noteSignal(int number) {
+    const int error = errno;
+    receivedSignal = number;
+    [[maybe_unused]] const auto written = ::write(signalWriter, "", 1);
+    errno = error;
+}
+
+}  // namespace
+
+Interruption Interruption::install() {
+    int ends[2];
+    precondition(::pipe(ends) == 0, "no pipe to hear of signals");
+    for (const int end : ends) {
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        ::fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+    signalWriter = ends[1];
+    struct sigaction action {};
+    action.sa_handler = noteSignal;
+    action.sa_flags = SA_RESTART;
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction former {};
+        // What was ignored at the start (nohup, a job in the background) stays ignored.
+        if (::sigaction(number, nullptr, &former) == 0 && former.sa_handler != SIG_IGN)
+            ::sigaction(number, &action, nullptr);
+    }
+    return Interruption(ends[0]);
+}
+
+void Interruption::leave() const {
+    const int number = receivedSignal;
+    ::signal(number, SIG_DFL);
+    ::raise(number);
+    std::_Exit(128 + number);
+}
+
+}  // namespace vantrel::sizes

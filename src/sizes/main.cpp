@@ -1,0 +1,119 @@
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/posix/CoarseClock.h"
+#include "sizes/CommandLineQueue.h"
+#include "sizes/FolderSizes.h"
+#include "sizes/Interruption.h"
+#include "sizes/LiveLine.h"
+#include "sizes/SizesOptions.h"
+#include "sizes/SizesTable.h"
+#include "walk/CheckedSum.h"
+#include "walk/WalkPool.h"
+
+namespace vantrel::sizes {
+namespace {
+
+constexpr const char* help =
+    "Usage: vantrel-sizes [--bytes] [--sort size|name] [FOLDER...]\n"
+    "\n"
+    "Shows the size and the number of items of each sub-folder of FOLDER, and of FOLDER\n"
+    "itself; by default of the working directory. Sizes are what the disk has allocated.\n"
+    "\n"
+    "  --bytes             exact bytes, columns separated by tabs\n"
+    "  --sort size|name    largest first (as by default), or by name\n"
+    "  --help              show this text and leave\n"
+    "  --version           show the version and leave\n";
+
+enum ExitStatus : int { success = 0, someFailed = 1, wrongUsage = 2 };
+
+WalkPool& newOwnFilesPool(const Clock& clock) {
+    WalkPool::Options options;
+    options.reach = WalkPool::Reach::ownFilesOnly;
+    return *new WalkPool(clock, options);
+}
+
+// What the program stands on; never destroyed, since a thread may be stuck in a system call for ever.
+class Program {
+public:
+    explicit Program(Options options) : options_(std::move(options)) {}
+
+    ExitStatus run() {
+        WalkTotals total;
+        for (const std::string& folder : options_.folders) addChecked(total, show(folder));
+        if (options_.folders.size() > 1) print({"total", total});
+        if (std::fflush(stdout) != 0) {
+            std::perror("vantrel-sizes: standard output");
+            return someFailed;
+        }
+        return status_;
+    }
+
+private:
+    WalkTotals show(const std::string& folder) {
+        SizesQuestion question({*engine_, [this]() -> WalkQueue& { return ownFilesPool(); }, queue_});
+        if (const auto error = question.ask(folder)) {
+            std::fprintf(stderr, "vantrel-sizes: %s: %s\n", folder.c_str(), error.message().c_str());
+            status_ = someFailed;
+            return {};
+        }
+        LiveLine live;
+        if (question.wait([&live](const SizesQuestion& asked) { live.show(asked); }) == Interrupted::yes) {
+            live.erase();
+            interruption_.leave();
+        }
+        live.erase();
+        FolderSizes sizes = question.sizes();
+        sortRows(sizes.subfolders, options_.order);
+        for (const Row& row : sizes.subfolders) print(row);
+        print({folder, sizes.total()});
+        return sizes.total();
+    }
+
+    void print(const Row& row) const {
+        const std::string line = lineOf(row, options_.numbers, paths_);
+        std::fwrite(line.data(), 1, line.size(), stdout);
+    }
+
+    WalkQueue& ownFilesPool() {
+        if (!ownFilesPool_) ownFilesPool_ = &newOwnFilesPool(clock_);
+        return *ownFilesPool_;
+    }
+
+    const Options options_;
+    const PathStyle paths_ = ::isatty(STDOUT_FILENO) == 1 ? PathStyle::harmless : PathStyle::raw;
+    ExitStatus status_ = success;
+    const Interruption interruption_ = Interruption::install();
+    CommandLineQueue queue_{interruption_.descriptor()};
+    const CoarseClock clock_;
+    WalkPool pool_{clock_};
+    WalkPool* ownFilesPool_ = nullptr;
+    const std::shared_ptr<VantrelEngine> engine_ = VantrelEngine::make({pool_, queue_, clock_});
+};
+
+struct Answer {
+    ExitStatus operator()(const Options& options) const {
+        static auto* const program = new Program(options);
+        return program->run();
+    }
+    ExitStatus operator()(HelpRequest) const { return std::fputs(help, stdout) < 0 ? someFailed : success; }
+    ExitStatus operator()(VersionRequest) const {
+        return std::puts("vantrel-sizes " VANTREL_VERSION) < 0 ? someFailed : success;
+    }
+    ExitStatus operator()(const UsageError& error) const {
+        std::fprintf(stderr, "vantrel-sizes: %s\nTry \"vantrel-sizes --help\".\n", error.message.c_str());
+        return wrongUsage;
+    }
+};
+
+}  // namespace
+}  // namespace vantrel::sizes
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    return std::visit(vantrel::sizes::Answer(), vantrel::sizes::parseArguments(arguments));
+}
