@@ -1,6 +1,7 @@
 #include "desktop/QtDesktop.h"
 
 #include "model/VantrelEngine.h"
+#include "platform/posix/CoarseClock.h"
 #include "platform/posix/SystemClock.h"
 #include "walk/WalkPool.h"
 
@@ -8,13 +9,13 @@ namespace vantrel {
 
 QtDesktop::QtDesktop(const char* programName)
     : application_(programName),
-      // Never destroyed, like the clock and the pool below: walks use them until the process has ended.
+      // Never destroyed, like the clocks and the pool below: walks use them until the process has ended.
       mainQueue_(*new QtMainQueue),
       textFields_(application_) {
     VantrelEngine::provideShared([this] {
         const auto& clock = *new SystemClock;
         return VantrelEngineServices{
-            .calculationQueue = *new WalkPool(clock), .mainQueue = mainQueue_, .clock = clock};
+            .calculationQueue = *new WalkPool(*new CoarseClock), .mainQueue = mainQueue_, .clock = clock};
     });
 }
 
