@@ -18,10 +18,10 @@ namespace vantrel::text {
 std::string repairedUtf8(std::string_view bytes);
 
 /// The text of a name or path as it may be drawn: repaired, on one line, unable to disturb its surroundings.
-/// C0 controls and DEL become their control pictures (U+2400 and following, U+2421); C1 controls, line and
-/// paragraph separators and bidirectional controls (marks, embeddings, overrides, isolates) become U+FFFD.
-/// Text that holds right-to-left characters is put between FIRST STRONG ISOLATE and POP DIRECTIONAL ISOLATE,
-/// so that it does not turn what stands beside it. Never a path again.
+/// Control characters, line and paragraph separators and bidirectional controls (marks, embeddings,
+/// overrides, isolates) become U+FFFD, which the usual fonts have; the pictures of control characters most
+/// lack. Text that holds right-to-left characters is put between FIRST STRONG ISOLATE and POP DIRECTIONAL
+/// ISOLATE, so that it does not turn what stands beside it. Never a path again.
 std::string shownText(std::string_view bytes);
 
 /// A key for natural order: comparing two keys bytewise orders the names the way a person expects - letter

@@ -11,8 +11,6 @@ namespace vantrel::text {
 namespace {
 
 constexpr UChar32 replacementCharacter = 0xFFFD;
-constexpr UChar32 firstControlPicture = 0x2400;
-constexpr UChar32 pictureOfDelete = 0x2421;
 constexpr UChar32 firstStrongIsolate = 0x2068;
 constexpr UChar32 popDirectionalIsolate = 0x2069;
 constexpr UChar32 firstRightToLeft = 0x0590;
@@ -22,15 +20,13 @@ bool isPlain(std::string_view bytes) {
                                 [](char byte) { return (byte & 0x80) != 0 || byte < 0x20 || byte == 0x7F; });
 }
 
-bool isDisturbing(UChar32 character) {
-    return (character >= 0x80 && character < 0xA0) || character == 0x2028 || character == 0x2029 ||
-           u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL);
+bool isControl(UChar32 character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
-UChar32 shownCharacter(UChar32 character) {
-    if (character < 0x20) return firstControlPicture + character;
-    if (character == 0x7F) return pictureOfDelete;
-    return isDisturbing(character) ? replacementCharacter : character;
+bool isDisturbing(UChar32 character) {
+    return isControl(character) || character == 0x2028 || character == 0x2029 ||
+           u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL);
 }
 
 bool isRightToLeft(UChar32 character) {
@@ -53,7 +49,8 @@ std::string shownText(std::string_view bytes) {
     icu::UnicodeString shown;
     bool holdsRightToLeft = false;
     for (int32_t index = 0; index < text.length(); index = text.moveIndex32(index, 1)) {
-        const UChar32 character = shownCharacter(text.char32At(index));
+        const UChar32 given = text.char32At(index);
+        const UChar32 character = isDisturbing(given) ? replacementCharacter : given;
         holdsRightToLeft = holdsRightToLeft || isRightToLeft(character);
         shown.append(character);
     }

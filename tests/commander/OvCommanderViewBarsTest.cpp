@@ -86,7 +86,7 @@ TEST_F(OvCommanderViewBars, thePromptFollowsTheActivePanel) {
 }
 
 TEST_F(OvCommanderViewBars, aPathThatIsNotTextIsMadeHarmlessInThePrompt) {
-    EXPECT_EQ(promptFor("/x\n\xFF"), "ann@Mac:/x\u240A\uFFFD$ █");
+    EXPECT_EQ(promptFor("/x\n\xFF"), "ann@Mac:/x\uFFFD\uFFFD$ █");
 }
 
 // 1100 points wide: pitch 109, cells 105 wide and 22 high from y 696.

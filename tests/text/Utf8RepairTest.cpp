@@ -28,11 +28,11 @@ TEST(ShownText, isTheNameItselfWhereNothingInItDisturbs) {
     EXPECT_EQ(shownText("caf\u00E9 \u65E5\u672C \U0001F600"), "caf\u00E9 \u65E5\u672C \U0001F600");
 }
 
-TEST(ShownText, showsControlCharactersAsTheirPictures) {
-    EXPECT_EQ(shownText("a\nb"), "a\u240Ab");
-    EXPECT_EQ(shownText("\x01\t\r\x1B[31m\x1F"), "\u2401\u2409\u240D\u241B[31m\u241F");
-    EXPECT_EQ(shownText("\x7F"), "\u2421");
-    EXPECT_EQ(shownText(std::string("\0", 1)), "\u2400");
+TEST(ShownText, replacesEveryControlCharacter) {
+    EXPECT_EQ(shownText("a\nb"), "a\uFFFDb");
+    EXPECT_EQ(shownText("\x01\t\r\x1B[31m\x1F"), "\uFFFD\uFFFD\uFFFD\uFFFD[31m\uFFFD");
+    EXPECT_EQ(shownText("\x7F"), "\uFFFD");
+    EXPECT_EQ(shownText(std::string("\0", 1)), "\uFFFD");
 }
 
 TEST(ShownText, replacesBrokenSequencesAndCharactersThatWouldMoveTheirSurroundings) {
