@@ -12,13 +12,15 @@ namespace vantrel {
 
 namespace {
 
-// What one row is compared by, gathered once: a sort looks at each row many times.
+// What one row is compared by, gathered once: a sort looks at each row many times. In this order; what a
+// field does not use is equal in all rows.
 struct Row {
-    bool isFile;                               // folders first
-    std::int64_t number = 0;                   // a smaller one goes first
-    const std::string* extension = nullptr;    // compared after the number
-    const std::string* naturalName = nullptr;  // compared last
-    std::size_t place = 0;                     // before the sort
+    bool isFile;  // folders first
+    std::int64_t number = 0;
+    const std::string* extension = nullptr;
+    std::int64_t nameBeginning = 0;
+    const std::string* naturalName = nullptr;
+    std::size_t place = 0;  // before the sort
     std::shared_ptr<FileItem> item;
 };
 
@@ -27,22 +29,44 @@ std::int64_t largestFirst(std::int64_t number) {
     return ~number;
 }
 
+// The first eight bytes of a text as a number in the same order: most comparisons then end without touching
+// the text itself, which lies somewhere else in memory.
+std::int64_t leadingBytes(const std::string& text) {
+    std::uint64_t bytes = 0;
+    for (std::size_t i = 0; i < sizeof bytes; ++i) {
+        bytes = bytes << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
+    }
+    constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
+    return static_cast<std::int64_t>(bytes ^ signBit);
+}
+
+void compareByName(Row& row) {
+    row.naturalName = &row.item->naturalSortKey();
+    row.nameBeginning = leadingBytes(*row.naturalName);
+}
+
+void compareByExtension(Row& row) {
+    const std::string& extension = row.item->fileExtension;
+    row.number = leadingBytes(extension);
+    // A shorter one is all in the number: no name holds the zero byte that fills it up.
+    if (extension.size() >= sizeof row.number) row.extension = &extension;
+    compareByName(row);
+}
+
 Row makeRow(std::shared_ptr<FileItem> item, SortField field, std::size_t place) {
     Row row{.isFile = !item->isDirectory, .place = place, .item = std::move(item)};
-    const FileItem& fields = *row.item;
     switch (field) {
         case SortField::size:
-            row.number = largestFirst(fields.effectiveSize());
+            row.number = largestFirst(row.item->effectiveSize());
             break;
         case SortField::date:
-            row.number = largestFirst(fields.modDate.time_since_epoch().count());
+            row.number = largestFirst(row.item->modDate.time_since_epoch().count());
             break;
         case SortField::ext:
-            row.extension = &fields.fileExtension;
-            row.naturalName = &fields.naturalSortKey();
+            compareByExtension(row);
             break;
         case SortField::name:
-            row.naturalName = &fields.naturalSortKey();
+            compareByName(row);
             break;
     }
     return row;
@@ -57,6 +81,7 @@ std::strong_ordering compareTexts(const std::string* a, const std::string* b) {
 std::strong_ordering compareFields(const Row& a, const Row& b) {
     if (const auto order = a.number <=> b.number; order != 0) return order;
     if (const auto order = compareTexts(a.extension, b.extension); order != 0) return order;
+    if (const auto order = a.nameBeginning <=> b.nameBeginning; order != 0) return order;
     return compareTexts(a.naturalName, b.naturalName);
 }
 

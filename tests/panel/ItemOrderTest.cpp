@@ -112,6 +112,12 @@ TEST(ItemOrder, extensionsAreComparedByCodePointAndNotByLanguage) {
     EXPECT_THAT(sorted(items, ext, ascending), ElementsAre("2._", "1.a", "3.Z"));
 }
 
+TEST(ItemOrder, longExtensionsThatBeginAlikeAreToldApart) {
+    const ItemList items{file("1.abcdefghi"), file("2.abcdefgh"), file("3.abcdefghij"), file("4.abcdefg")};
+    EXPECT_THAT(sorted(items, ext, ascending),
+                ElementsAre("4.abcdefg", "2.abcdefgh", "1.abcdefghi", "3.abcdefghij"));
+}
+
 TEST(ItemOrder, ascendingKeepsTheOrderOfEqualRows) {
     const ItemList items{file("c", 5), file("a", 5), file("b", 5), file("x", 9)};
     EXPECT_THAT(sorted(items, size, ascending), ElementsAre("x", "c", "a", "b"));
