@@ -39,11 +39,11 @@ Result<PathLocation> PathLocation::of(const std::string& path) {
     return location;
 }
 
-Result<FileDescriptor> openPath(const std::string& path, int flags) {
+Result<FileDescriptor> openPath(const std::string& path, int flags, mode_t mode) {
     const Result<PathLocation> location = PathLocation::of(path);
     if (!location) return location.error();
     FileDescriptor opened(uninterrupted(
-        [&] { return ::openat(location.value().folder(), location.value().path(), flags | O_CLOEXEC); }));
+        [&] { return ::openat(location.value().folder(), location.value().path(), flags | O_CLOEXEC, mode); }));
     if (!opened) return lastError();
     return opened;
 }

@@ -29,7 +29,7 @@ private:
     std::string path_;
 };
 
-/// open(2) for a path of any length, never interrupted; O_CLOEXEC is added.
-Result<FileDescriptor> openPath(const std::string& path, int flags);
+/// open(2) for a path of any length, never interrupted; O_CLOEXEC is added. `mode` is that of a new file.
+Result<FileDescriptor> openPath(const std::string& path, int flags, mode_t mode = 0600);
 
 }  // namespace vantrel
