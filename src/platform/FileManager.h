@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -61,6 +62,24 @@ public:
 
     /// Capacity of the volume that holds `path`; nothing where it cannot be told.
     virtual std::optional<VolumeCapacity> volumeCapacity(const std::string& path) = 0;
+
+    /// Copies an item, a folder with all it holds, a link as a link. Never replaces anything: file_exists
+    /// when `to` is taken. On failure nothing of the copy remains.
+    virtual std::error_code copyItem(const std::string& from, const std::string& to) = 0;
+
+    /// Gives an item another name or place. Never replaces anything: file_exists when `to` is taken. On
+    /// failure the item is whole and where it was.
+    virtual std::error_code moveItem(const std::string& from, const std::string& to) = 0;
+
+    /// Makes a folder and those above it that are missing. One that is there is no error.
+    virtual std::error_code createDirectory(const std::string& path) = 0;
+
+    /// Moves an item to the user's trash, from where it can be taken back, or leaves it where it is.
+    virtual std::error_code trashItem(const std::string& path) = 0;
+
+    /// The first bytes of a file, at most `limit`. Fails for everything that is not an ordinary file, and
+    /// never waits for one.
+    virtual Result<std::string> readPrefix(const std::string& path, std::size_t limit) = 0;
 };
 
 }  // namespace vantrel

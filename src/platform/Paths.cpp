@@ -44,20 +44,24 @@ std::string extension(std::string_view name) {
     return std::string(name.substr(dot + 1));
 }
 
-std::string fileUrl(std::string_view path) {
+std::string percentEncoded(std::string_view path) {
     static constexpr char digits[] = "0123456789ABCDEF";
-    std::string url = "file://";
+    std::string encoded;
     for (const char character : path) {
         const auto byte = static_cast<unsigned char>(character);
         if (isUnreserved(byte)) {
-            url += character;
+            encoded += character;
         } else {
-            url += '%';
-            url += digits[byte >> 4];
-            url += digits[byte & 15];
+            encoded += '%';
+            encoded += digits[byte >> 4];
+            encoded += digits[byte & 15];
         }
     }
-    return url;
+    return encoded;
+}
+
+std::string fileUrl(std::string_view path) {
+    return "file://" + percentEncoded(path);
 }
 
 }  // namespace vantrel::paths

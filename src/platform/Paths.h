@@ -20,8 +20,10 @@ std::string appending(std::string_view path, std::string_view component);
 /// so does one with nothing behind it.
 std::string extension(std::string_view name);
 
-/// The percent-encoded file URL of an absolute path (RFC 8089; unreserved characters of RFC 3986 and "/"
-/// stay).
+/// The path with every byte but "/" and the unreserved characters of RFC 3986 as "%" and two digits.
+std::string percentEncoded(std::string_view path);
+
+/// The percent-encoded file URL of an absolute path (RFC 8089).
 std::string fileUrl(std::string_view path);
 
 }  // namespace vantrel::paths

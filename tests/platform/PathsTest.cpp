@@ -38,6 +38,12 @@ TEST(Paths, theExtensionIsWhatFollowsTheLastDotAndALeadingDotIsPartOfTheBaseName
     EXPECT_EQ(extension("ends."), "");
 }
 
+TEST(Paths, percentEncodingKeepsSlashesAndUnreservedCharacters) {
+    EXPECT_EQ(percentEncoded("a b/c~d.e_f-9"), "a%20b/c~d.e_f-9");
+    EXPECT_EQ(percentEncoded("100%\n\xFF"), "100%25%0A%FF");
+    EXPECT_EQ(percentEncoded(""), "");
+}
+
 TEST(Paths, aFileUrlCarriesTheRawBytesPercentEncoded) {
     EXPECT_EQ(fileUrl("/a b/\xFF.txt"), "file:///a%20b/%FF.txt");
     EXPECT_EQ(fileUrl("/100%/q?#"), "file:///100%25/q%3F%23");

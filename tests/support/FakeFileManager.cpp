@@ -59,4 +59,30 @@ std::optional<VolumeCapacity> FakeFileManager::volumeCapacity(const std::string&
     return capacity;
 }
 
+std::error_code FakeFileManager::copyItem(const std::string& from, const std::string& to) {
+    operations.push_back("copy " + from + " to " + to);
+    return operationError;
+}
+
+std::error_code FakeFileManager::moveItem(const std::string& from, const std::string& to) {
+    operations.push_back("move " + from + " to " + to);
+    return operationError;
+}
+
+std::error_code FakeFileManager::createDirectory(const std::string& path) {
+    operations.push_back("make " + path);
+    return operationError;
+}
+
+std::error_code FakeFileManager::trashItem(const std::string& path) {
+    operations.push_back("trash " + path);
+    return operationError;
+}
+
+Result<std::string> FakeFileManager::readPrefix(const std::string& path, std::size_t limit) {
+    const auto content = contents.find(path);
+    if (content == contents.end()) return std::make_error_code(std::errc::permission_denied);
+    return content->second.substr(0, limit);
+}
+
 }  // namespace vantrel::test

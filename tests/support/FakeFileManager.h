@@ -25,10 +25,20 @@ public:
     PathTarget targetOf(const std::string& path) override;
     bool isReadable(const std::string& path) override;
     std::optional<VolumeCapacity> volumeCapacity(const std::string& path) override;
+    std::error_code copyItem(const std::string& from, const std::string& to) override;
+    std::error_code moveItem(const std::string& from, const std::string& to) override;
+    std::error_code createDirectory(const std::string& path) override;
+    std::error_code trashItem(const std::string& path) override;
+    Result<std::string> readPrefix(const std::string& path, std::size_t limit) override;
 
     std::vector<std::string> listedFolders;  ///< one entry for each listing, in order
     std::vector<std::string> inspectedNames;
     std::optional<VolumeCapacity> capacity;
+
+    /// The changes that were asked for, in order, such as "copy /a to /b"; the listing stays as it is.
+    std::vector<std::string> operations;
+    std::error_code operationError;               ///< what each of them answers
+    std::map<std::string, std::string> contents;  ///< of files, by path; others cannot be read
 
 private:
     std::map<std::string, std::vector<DirectoryEntry>> folders_;

@@ -64,7 +64,9 @@ void removeContents(FileDescriptor folder) {
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() : path_(std::filesystem::temp_directory_path() / "vantrel-test-XXXXXX") {
+TemporaryFolder::TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path().string()) {}
+
+TemporaryFolder::TemporaryFolder(const std::string& parent) : path_(parent + "/vantrel-test-XXXXXX") {
     must(::mkdtemp(path_.data()) != nullptr);
 }
 

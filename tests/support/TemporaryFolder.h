@@ -11,6 +11,7 @@ namespace vantrel::test {
 class TemporaryFolder {
 public:
     TemporaryFolder();
+    explicit TemporaryFolder(const std::string& parent);
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();

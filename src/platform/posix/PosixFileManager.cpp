@@ -10,6 +10,9 @@
 
 #include "platform/PathLocation.h"
 #include "platform/SystemCall.h"
+#include "platform/posix/FileOperations.h"
+#include "platform/posix/FileReading.h"
+#include "platform/posix/Trash.h"
 
 namespace vantrel {
 
@@ -124,6 +127,26 @@ std::optional<VolumeCapacity> PosixFileManager::volumeCapacity(const std::string
     const auto totalBytes = product(volume.f_blocks, volume.f_frsize);
     if (!freeBytes || !totalBytes) return std::nullopt;
     return VolumeCapacity{.freeBytes = *freeBytes, .totalBytes = *totalBytes};
+}
+
+std::error_code PosixFileManager::copyItem(const std::string& from, const std::string& to) {
+    return FileOperations().copyItem(from, to);
+}
+
+std::error_code PosixFileManager::moveItem(const std::string& from, const std::string& to) {
+    return FileOperations().moveItem(from, to);
+}
+
+std::error_code PosixFileManager::createDirectory(const std::string& path) {
+    return FileOperations().createDirectory(path);
+}
+
+std::error_code PosixFileManager::trashItem(const std::string& path) {
+    return Trash(Trash::userSettings()).put(path);
+}
+
+Result<std::string> PosixFileManager::readPrefix(const std::string& path, std::size_t limit) {
+    return readFilePrefix(SystemCalls(), path, limit);
 }
 
 }  // namespace vantrel

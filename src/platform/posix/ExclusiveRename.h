@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "platform/posix/SystemCalls.h"
+
+namespace vantrel {
+
+/// Gives an item another name, perhaps in another folder of the same file system, and never replaces
+/// anything: file_exists when the new name is taken, also when it was taken a moment ago. The folders are
+/// open descriptors. A file system that can neither rename without replacing nor make hard links refuses.
+std::error_code renameExclusively(const SystemCalls& calls, int fromFolder, const std::string& fromName,
+                                  int toFolder, const std::string& toName);
+
+}  // namespace vantrel

@@ -1,0 +1,132 @@
+#include "platform/posix/FileContentCopy.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+namespace vantrel {
+
+namespace {
+
+constexpr std::size_t bufferSize = 256 * 1024;
+constexpr std::size_t largestKernelCopy = 1 << 30;
+
+bool meansOtherwise(const std::error_code& error) {
+    return error == std::errc::cross_device_link || error == std::errc::invalid_argument ||
+           error == std::errc::function_not_supported || error == std::errc::operation_not_supported ||
+           error == std::errc::operation_not_permitted || error == std::errc::bad_file_descriptor;
+}
+
+class ContentCopy {
+public:
+    ContentCopy(const SystemCalls& calls, int from, int to) : calls_(calls), from_(from), to_(to) {}
+
+    std::error_code run(off_t size) {
+        if (sharesBlocks()) return {};
+        if (size == 0) return copyThroughBuffer(0, std::numeric_limits<off_t>::max());
+        if (const std::error_code error = copyData(size)) return error;
+        // Makes the hole at the end, if there is one.
+        return calls_("ftruncate", [&] { return ::ftruncate(to_, end_); }) == 0 ? std::error_code()
+                                                                                : lastError();
+    }
+
+private:
+    bool sharesBlocks() const {
+#ifdef FICLONE
+        return calls_("ioctl", [&] { return ::ioctl(to_, FICLONE, from_); }) == 0;
+#else
+        return false;
+#endif
+    }
+
+    std::error_code copyData(off_t size) {
+        end_ = size;
+        for (off_t begin = 0; begin < end_;) {
+            off_t stop = end_;
+            const off_t data = calls_("lseek", [&] { return ::lseek(from_, begin, SEEK_DATA); });
+            if (data == -1 && errno == ENXIO) return endAtHole();
+            if (data != -1) {
+                begin = data;
+                const off_t hole = calls_("lseek", [&] { return ::lseek(from_, begin, SEEK_HOLE); });
+                if (hole != -1) stop = std::min(hole, end_);
+            }
+            if (const std::error_code error = copySegment(begin, stop)) return error;
+            begin = stop;
+        }
+        return {};
+    }
+
+    /// What follows is a hole up to the end, which may have come closer meanwhile.
+    std::error_code endAtHole() {
+        const off_t actualEnd = calls_("lseek", [&] { return ::lseek(from_, 0, SEEK_END); });
+        if (actualEnd == -1) return lastError();
+        end_ = std::min(end_, actualEnd);
+        return {};
+    }
+
+    std::error_code copySegment(off_t begin, off_t stop) {
+        while (begin < stop && copiesInKernel_) {
+            off_t fromOffset = begin, toOffset = begin;
+            const auto size = std::min(largestKernelCopy, static_cast<std::size_t>(stop - begin));
+            const ssize_t copied = calls_("copy_file_range", [&] {
+                return ::copy_file_range(from_, &fromOffset, to_, &toOffset, size, 0);
+            });
+            if (copied > 0) {
+                begin += copied;
+                continue;
+            }
+            // Nothing copied may mean the end of the file, or a file system that does not really do it.
+            if (copied < 0 && !meansOtherwise(lastError())) return lastError();
+            copiesInKernel_ = false;
+        }
+        return copyThroughBuffer(begin, stop);
+    }
+
+    std::error_code copyThroughBuffer(off_t begin, off_t stop) {
+        if (begin < stop) buffer_.resize(bufferSize);
+        while (begin < stop) {
+            const auto wanted = static_cast<std::size_t>(std::min<off_t>(bufferSize, stop - begin));
+            const ssize_t count =
+                calls_("pread", [&] { return ::pread(from_, buffer_.data(), wanted, begin); });
+            if (count < 0) return lastError();
+            if (count == 0) {
+                end_ = begin;
+                return {};
+            }
+            if (const std::error_code error = write(static_cast<std::size_t>(count), begin)) return error;
+            begin += count;
+        }
+        return {};
+    }
+
+    std::error_code write(std::size_t size, off_t offset) {
+        for (std::size_t done = 0; done < size;) {
+            const ssize_t count = calls_("pwrite", [&] {
+                return ::pwrite(to_, buffer_.data() + done, size - done, offset + static_cast<off_t>(done));
+            });
+            if (count < 0) return lastError();
+            done += static_cast<std::size_t>(count);
+        }
+        return {};
+    }
+
+    const SystemCalls& calls_;
+    int from_;
+    int to_;
+    off_t end_ = 0;  // where the copy ends
+    bool copiesInKernel_ = true;
+    std::vector<char> buffer_;
+};
+
+}  // namespace
+
+std::error_code copyContent(const SystemCalls& calls, int from, int to, off_t size) {
+    return ContentCopy(calls, from, to).run(size);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/Result.h"
+
+namespace vantrel {
+
+/// The mount that a folder is reached through.
+struct Mount {
+    std::uint64_t number = 0;
+    std::string topFolder;  ///< absolute path without links
+    bool keepsTrash =
+        false;  ///< people keep files there: it is not in memory only and no folder of the system's
+};
+
+/// The mount of an open folder whose absolute path, without links, is `path`.
+Result<Mount> findMount(int folder, const std::string& path);
+
+/// A number for the mount of an open folder; a bind mount of the same file system has another.
+std::uint64_t mountOf(int folder);
+
+}  // namespace vantrel

@@ -1,0 +1,104 @@
+#include "platform/posix/Trees.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "platform/posix/FileCopy.h"
+#include "platform/posix/FolderStack.h"
+#include "platform/posix/ItemPlace.h"
+#include "platform/posix/Mounts.h"
+
+namespace vantrel {
+
+namespace {
+
+class TreeCopy {
+public:
+    TreeCopy(const SystemCalls& calls, CopyPurpose purpose, int folder, int newFolder)
+        : calls_(calls),
+          purpose_(purpose),
+          original_(calls, folder),
+          copy_(calls, newFolder),
+          mount_(mountOf(folder)) {}
+
+    std::error_code run(const std::string& name, const std::string& newName) {
+        if (const std::error_code error = enter(name, newName)) return error;
+        root_ = copy_.status();
+        while (!remaining_.empty()) {
+            const std::error_code error = remaining_.back().empty() ? finishFolder() : copyNext();
+            if (error) return error;
+        }
+        return {};
+    }
+
+private:
+    std::error_code enter(const std::string& name, const std::string& newName) {
+        if (calls_("mkdirat", [&] { return ::mkdirat(copy_.current(), newName.c_str(), 0700); }) != 0) {
+            return lastError();
+        }
+        if (const std::error_code error = original_.enter(name)) return error;
+        if (const std::error_code error = copy_.enter(newName)) return error;
+        if (purpose_ == CopyPurpose::move) {
+            if (const std::error_code error = requireRemovable()) return error;
+        }
+        Result<std::vector<std::string>> names = namesIn(calls_, original_.current());
+        if (!names) return names.error();
+        remaining_.push_back(std::move(names.value()));
+        return {};
+    }
+
+    std::error_code requireRemovable() const {
+        if (mountOf(original_.current()) != mount_)
+            return std::make_error_code(std::errc::device_or_resource_busy);
+        if (original_.status().st_uid == ::geteuid()) return {};
+        const int answer = calls_("faccessat", [&] {
+            return ::faccessat(original_.current(), ".", R_OK | W_OK | X_OK, AT_EACCESS);
+        });
+        return answer == 0 ? std::error_code() : lastError();
+    }
+
+    std::error_code copyNext() {
+        const std::string name = std::move(remaining_.back().back());
+        remaining_.back().pop_back();
+        const Result<struct stat> status = statusOf(calls_, original_.current(), name);
+        if (!status) {
+            const bool hasVanished = status.error() == std::errc::no_such_file_or_directory;
+            return hasVanished ? std::error_code() : status.error();
+        }
+        if (!S_ISDIR(status.value().st_mode)) {
+            return copyLeaf(calls_, original_.current(), name, status.value(), copy_.current(), name);
+        }
+        // The copy lies inside its original, and would grow without end.
+        if (isSameFile(status.value(), root_)) return std::make_error_code(std::errc::invalid_argument);
+        return enter(name, name);
+    }
+
+    std::error_code finishFolder() {
+        remaining_.pop_back();
+        const auto error = copyAttributes(calls_, original_.current(), original_.status(), copy_.current());
+        if (error) return error;
+        if (const std::error_code left = original_.leave()) return left;
+        return copy_.leave();
+    }
+
+    const SystemCalls& calls_;
+    CopyPurpose purpose_;
+    FolderStack original_;
+    FolderStack copy_;
+    std::uint64_t mount_;
+    struct stat root_ {};
+    std::vector<std::vector<std::string>>
+        remaining_;  // names still to be copied, of each folder on the way down
+};
+
+}  // namespace
+
+std::error_code copyTree(const SystemCalls& calls, CopyPurpose purpose, int folder, const std::string& name,
+                         const struct stat& status, int newFolder, const std::string& newName) {
+    if (S_ISDIR(status.st_mode)) return TreeCopy(calls, purpose, folder, newFolder).run(name, newName);
+    return copyLeaf(calls, folder, name, status, newFolder, newName);
+}
+
+}  // namespace vantrel
