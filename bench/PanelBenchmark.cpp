@@ -61,10 +61,7 @@ void list(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
     test::FakeDesktop desktop;
     PosixFileManager files;
-    const Desktop fakes = desktop.ports();
-    const Desktop ports{fakes.application, files,        fakes.fonts,      fakes.mainQueue, fakes.preview,
-                        fakes.process,     fakes.output, fakes.textFields, fakes.timers,    fakes.workspace};
-    const auto panel = OvPanelView::make(ports, *desktop.engine);
+    const auto panel = OvPanelView::make(desktop.portsWith(files), *desktop.engine);
     panel->setFrame({0, 0, 549, 648});
     panel->setCurrentPath(folderOfFiles(count));
     for (auto _ : state) {

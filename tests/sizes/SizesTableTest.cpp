@@ -38,7 +38,7 @@ TEST(SizesTable, writesExactBytesBetweenTabs) {
 TEST(SizesTable, keepsTheBytesOfPathsForProgramsAndMakesThemHarmlessForTerminals) {
     const Row row{"a\x1B[2J\xFF", {1, 1}};
     EXPECT_EQ(lineOf(row, NumberStyle::bytes, PathStyle::raw), "1\t1\ta\x1B[2J\xFF\n");
-    EXPECT_EQ(lineOf(row, NumberStyle::bytes, PathStyle::harmless), "1\t1\ta\u241B[2J\uFFFD\n");
+    EXPECT_EQ(lineOf(row, NumberStyle::bytes, PathStyle::harmless), "1\t1\ta\uFFFD[2J\uFFFD\n");
 }
 
 TEST(SizesTable, saysHowFarCountingHasCome) {

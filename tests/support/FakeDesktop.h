@@ -151,9 +151,12 @@ struct FakeDesktop {
     ManualClock clock;
     std::shared_ptr<VantrelEngine> engine = VantrelEngine::make({walks, mainQueue, clock});
 
-    Desktop ports() {
+    Desktop ports() { return portsWith(files); }
+
+    /// The same with another file system, such as the real one.
+    Desktop portsWith(FileManager& fileManager) {
         return {.application = application,
-                .files = files,
+                .files = fileManager,
                 .fonts = fonts,
                 .mainQueue = mainQueue,
                 .process = process,
