@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034,SC2154
 # Sourced by ./run and ./test: which Debian packages the work needs, and how to build.
 # The caller has set `root` to the project's folder.
 
@@ -62,7 +63,7 @@ configure() (cd "$root" && quietly cmake --preset "$@")
 
 # build PRESET [TARGET...]
 build() (
-    cd "$root"
+    cd "$root" || return
     local preset=$1 targets=()
     shift
     [[ $# -eq 0 ]] || targets=(--target "$@")

@@ -57,6 +57,10 @@ class Session:
             "XDG_CACHE_HOME": self.make_folder("cache"),
             "XDG_DATA_HOME": self.make_folder("data"),
         }
+        # A program built with a sanitizer is told how strict to be.
+        for name, value in os.environ.items():
+            if name.endswith("SAN_OPTIONS"):
+                self.environment[name] = value
         self.program = None
         self.outputs = []
         self.window = None

@@ -23,5 +23,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     vantrel::QtApplication application(argv[0]);
     theApplication = &application;
-    return RUN_ALL_TESTS();
+    const int status = RUN_ALL_TESTS();
+    theApplication = nullptr;
+    return status;
 }

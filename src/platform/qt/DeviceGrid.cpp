@@ -50,7 +50,7 @@ QRegion DeviceGrid::outline(const Rect& outline, double lineWidth) const {
     const Band top = leadingBand(mapped.top(), width);
     const Band right = trailingBand(mapped.right(), width);
     const Band bottom = trailingBand(mapped.bottom(), width);
-    const QRegion whole(between(left.begin, top.begin, right.end, bottom.end));
+    QRegion whole(between(left.begin, top.begin, right.end, bottom.end));
     if (left.end >= right.begin || top.end >= bottom.begin) return whole;
     return whole.subtracted(between(left.end, top.end, right.begin, bottom.begin));
 }

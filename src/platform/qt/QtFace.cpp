@@ -21,7 +21,7 @@ std::optional<double> commonAsciiWidth(const QFontMetricsF& metrics) {
     for (const QChar c : all) {
         if (metrics.horizontalAdvance(c) != width) return std::nullopt;
     }
-    if (metrics.horizontalAdvance(all) != width * all.size()) return std::nullopt;
+    if (metrics.horizontalAdvance(all) != width * static_cast<double>(all.size())) return std::nullopt;
     return width;
 }
 

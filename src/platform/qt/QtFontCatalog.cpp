@@ -27,7 +27,7 @@ bool hasBoldFace(const QString& family) {
 }
 
 QString monospacedFamily() {
-    const QString usual = QFontInfo(QFontDatabase::systemFont(QFontDatabase::FixedFont)).family();
+    QString usual = QFontInfo(QFontDatabase::systemFont(QFontDatabase::FixedFont)).family();
     if (QFontDatabase::isFixedPitch(usual)) return usual;
     for (const char* family : {"DejaVu Sans Mono", "Liberation Mono", "Noto Sans Mono", "FreeMono"}) {
         if (QFontDatabase::hasFamily(family)) return family;

@@ -72,7 +72,7 @@ std::string printableText(const QString& text) {
     return isPrintable(text) ? text.toStdString() : "";
 }
 
-std::string upperCased(std::string text) {
+std::string upperCased(const std::string& text) {
     return QString::fromStdString(text).toUpper().toStdString();
 }
 
