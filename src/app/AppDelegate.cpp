@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/MainMenu.h"
 #include "platform/FileManager.h"
 #include "platform/Paths.h"
 #include "platform/Precondition.h"
@@ -50,6 +51,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     openStartFolder(commanderView_->leftPanel(), initialLeftPath_);
     openStartFolder(commanderView_->rightPanel(), initialRightPath_);
     window_->setContentView(commanderView_);
+    desktop_.application.setMainMenu(makeMainMenu(*this));
     window_->centerAndShow();
 }
 
@@ -61,7 +63,7 @@ void AppDelegate::openStartFolder(OvPanelView& panel, const std::optional<std::s
 }
 
 bool AppDelegate::windowShouldClose() {
-    desktop_.application.terminate();
+    terminate();
     return true;
 }
 

@@ -26,6 +26,28 @@ public:
     /// Ends the program; the window may close.
     bool windowShouldClose();
 
+    // What the items of the main menu do; each does what the matching key does.
+    void showAbout();
+    void terminate();
+    void triggerQuickLook();
+    void triggerViewFile();
+    void triggerEditFile();
+    void triggerCopy();
+    void triggerMove();
+    void triggerMkdir();
+    void triggerDelete();
+    void revealInFinder();
+    void openInTerminal();
+    void toggleSizeMode();
+    void toggleHiddenFiles();
+    void refreshPanels();
+    void switchPanel();
+    void sortByName();
+    void sortBySize();
+    void sortByDate();
+    void sortByExt();
+    void showHelp();
+
     const std::optional<std::string>& initialLeftPath() const { return initialLeftPath_; }
     const std::optional<std::string>& initialRightPath() const { return initialRightPath_; }
     OvCommanderView& commanderView() const;

@@ -91,10 +91,19 @@ void OvCommanderView::toggleSizeDisplayMode() {
     }
 }
 
-void OvCommanderView::editCurrentFile() {
+// The cursor row unless it is "..".
+std::shared_ptr<FileItem> OvCommanderView::selectedEntry() const {
     const std::shared_ptr<FileItem> item = activePanel().selectedItem();
-    if (!item || item->isDirectory || item->isParentDir) return;
-    desktop_.workspace.openFile(item->path);
+    return item && !item->isParentDir ? item : nullptr;
+}
+
+std::shared_ptr<FileItem> OvCommanderView::selectedFile() const {
+    const std::shared_ptr<FileItem> item = selectedEntry();
+    return item && !item->isDirectory ? item : nullptr;
+}
+
+void OvCommanderView::editCurrentFile() {
+    if (const auto file = selectedFile()) desktop_.workspace.openFile(file->path);
 }
 
 void OvCommanderView::revealActiveFolder() {
@@ -116,6 +125,7 @@ void OvCommanderView::layoutPanels() {
     const double rightX = leftWidth + gapBetweenPanels;
     leftPanel_->setFrame({0, topMenuBarHeight, leftWidth, panelHeight});
     rightPanel_->setFrame({rightX, topMenuBarHeight, area.width - rightX, panelHeight});
+    if (dialogOverlay_) dialogOverlay_->setFrame(area);
     layoutFnButtons();
 }
 

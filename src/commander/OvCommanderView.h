@@ -1,13 +1,17 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "dialog/OvDialogDelegate.h"
+#include "dialog/OvDialogOverlayView.h"
 #include "panel/OvPanelView.h"
 #include "panel/OvPanelViewDelegate.h"
 #include "platform/Desktop.h"
 #include "platform/Font.h"
+#include "platform/PreviewPanel.h"
 #include "platform/View.h"
 
 namespace vantrel {
@@ -15,8 +19,13 @@ namespace vantrel {
 class VantrelEngine;
 
 /// The view that fills the window: menu bar line, two panels side by side, prompt line, function-key bar.
-/// Owns the panels, knows the active one, and turns keys and clicks into commands. Main thread only.
-class OvCommanderView final : public View, public OvPanelViewDelegate {
+/// Owns the panels and the open dialog, knows the active panel, turns keys and clicks into commands, and
+/// carries out what a dialog confirmed. Main thread only; file operations return when they are done.
+class OvCommanderView final : public View,
+                              public OvPanelViewDelegate,
+                              public OvDialogDelegate,
+                              public PreviewPanelDataSource,
+                              public PreviewPanelDelegate {
 public:
     static constexpr double topMenuBarHeight = 24;  ///< points, as are all heights
     static constexpr double promptBarHeight = 22;
@@ -46,13 +55,27 @@ public:
     const Font& boldRetroFont() const { return boldRetroFont_; }
 
     // Commands, for keys, clicks and the menu.
+    // A command that needs a selected item does nothing without one; copying, moving and deleting pass over
+    // "..", viewing and editing over folders as well.
     void setActive(OvPanelView& panel);
     void toggleActivePanel();
     void toggleSizeDisplayMode();
     void editCurrentFile();
     void revealActiveFolder();
     void openTerminalInActiveFolder();
+    void showQuickLook();
+    void showFileViewer();
+    void showCopyDialog();
+    void showMoveDialog();
+    void showMkdirDialog();
+    void showDeleteDialog();
+    void showSortDialog();
+    void showHelpDialog();
     void quit();
+
+    /// The open dialog, null when there is none. A new one replaces it without a word to it.
+    const std::shared_ptr<OvDialogOverlayView>& dialogOverlay() const { return dialogOverlay_; }
+    void presentDialog(DialogType type);
 
     void layoutPanels();
 
@@ -67,6 +90,15 @@ public:
     void panelDidActivateItem(OvPanelView& panel, const FileItem& item) override;
     void panelPathDidChange(OvPanelView& panel, const std::string& newPath) override;
 
+    // OvDialogDelegate.
+    void dialogDidConfirm(const DialogType& type, std::optional<std::string> inputValue) override;
+    void dialogDidCancel() override;
+
+    // PreviewPanelDataSource and PreviewPanelDelegate.
+    int numberOfPreviewItems() const override;
+    std::optional<PreviewItem> previewItemAt(int index) const override;
+    EventResult previewPanelHandleKey(const KeyEvent& event) override { return keyDown(event); }
+
 protected:
     void frameDidChange() override { layoutPanels(); }
 
@@ -80,7 +112,19 @@ private:
     EventResult handleCommandCharacter(const KeyEvent& event);
     EventResult handleFunctionKey(const KeyEvent& event);
     EventResult quickSearch(const KeyEvent& event);
-    EventResult runFnCommand(std::size_t index);
+    EventResult closePreview(const KeyEvent& event);
+    void runFnCommand(std::size_t index);
+
+    std::shared_ptr<FileItem> selectedEntry() const;
+    std::shared_ptr<FileItem> selectedFile() const;
+    void dismissDialog();
+    void carryOut(const dialog::Copy& copy, const std::optional<std::string>& input);
+    void carryOut(const dialog::Move& move, const std::optional<std::string>& input);
+    void carryOut(const dialog::Mkdir& mkdir, const std::optional<std::string>& input);
+    void carryOut(const dialog::Delete& deletion, const std::optional<std::string>& input);
+    void carryOut(const dialog::Sort& sort, const std::optional<std::string>& input);
+    void carryOut(const dialog::Viewer&, const std::optional<std::string>&) {}
+    void carryOut(const dialog::Help&, const std::optional<std::string>&) {}
 
     void drawTopMenuBar(Canvas& canvas, double width) const;
     void drawPromptBar(Canvas& canvas, double width, double height) const;
@@ -91,6 +135,7 @@ private:
     const std::shared_ptr<OvPanelView> leftPanel_;
     const std::shared_ptr<OvPanelView> rightPanel_;
     OvPanelView* activePanel_ = nullptr;
+    std::shared_ptr<OvDialogOverlayView> dialogOverlay_;
     const std::string promptText_;
     const Font retroFont_;
     const Font boldRetroFont_;

@@ -1,15 +1,19 @@
 #include "commander/OvCommanderView.h"
 
 #include <algorithm>
+#include <array>
 
+#include "platform/PreviewPanel.h"
 #include "text/Text.h"
 
 namespace vantrel {
 
 EventResult OvCommanderView::keyDown(const KeyEvent& event) {
+    if (const auto dialog = dialogOverlay_) return dialog->keyDown(event);
     using Step = EventResult (OvCommanderView::*)(const KeyEvent&);
     for (const Step step : {&OvCommanderView::handleNavigationKey, &OvCommanderView::handleCommandCharacter,
-                            &OvCommanderView::handleFunctionKey, &OvCommanderView::quickSearch}) {
+                            &OvCommanderView::handleFunctionKey, &OvCommanderView::quickSearch,
+                            &OvCommanderView::closePreview}) {
         if ((this->*step)(event) == EventResult::handled) return EventResult::handled;
     }
     return EventResult::ignored;
@@ -25,6 +29,9 @@ EventResult OvCommanderView::handleNavigationKey(const KeyEvent& event) {
             break;
         case Key::tab:
             toggleActivePanel();
+            break;
+        case Key::space:
+            showQuickLook();
             break;
         case Key::backspace:
             panel.navigateUp();
@@ -70,7 +77,8 @@ EventResult OvCommanderView::handleCommandCharacter(const KeyEvent& event) {
 
 EventResult OvCommanderView::handleFunctionKey(const KeyEvent& event) {
     if (event.key < Key::f1 || event.key > Key::f10) return EventResult::ignored;
-    return runFnCommand(static_cast<std::size_t>(event.key) - static_cast<std::size_t>(Key::f1));
+    runFnCommand(static_cast<std::size_t>(event.key) - static_cast<std::size_t>(Key::f1));
+    return EventResult::handled;
 }
 
 EventResult OvCommanderView::quickSearch(const KeyEvent& event) {
@@ -80,29 +88,32 @@ EventResult OvCommanderView::quickSearch(const KeyEvent& event) {
     return EventResult::handled;
 }
 
+// The preview may stand beside the window without having the keyboard.
+EventResult OvCommanderView::closePreview(const KeyEvent& event) {
+    if (event.key != Key::escape || !desktop_.preview.isVisible()) return EventResult::ignored;
+    desktop_.preview.orderOut();
+    return EventResult::handled;
+}
+
 EventResult OvCommanderView::mouseDown(const MouseEvent& event) {
     const Point place = convertFromWindow(event.locationInWindow);
     const auto hit =
         std::ranges::find_if(fnButtons_, [&](const FnButton& b) { return b.rect.contains(place); });
     if (hit == fnButtons_.end()) return EventResult::ignored;
-    return runFnCommand(static_cast<std::size_t>(hit - fnButtons_.begin()));
+    runFnCommand(static_cast<std::size_t>(hit - fnButtons_.begin()));
+    return EventResult::handled;
 }
 
-EventResult OvCommanderView::runFnCommand(std::size_t index) {
-    switch (index) {
-        case 1:
-            toggleSizeDisplayMode();
-            break;
-        case 3:
-            editCurrentFile();
-            break;
-        case 9:
-            quit();
-            break;
-        default:
-            return EventResult::ignored;
-    }
-    return EventResult::handled;
+// In the order of the cells and of the keys F1 to F10.
+void OvCommanderView::runFnCommand(std::size_t index) {
+    using Command = void (OvCommanderView::*)();
+    static constexpr std::array<Command, 10> commands{
+        &OvCommanderView::showHelpDialog,  &OvCommanderView::toggleSizeDisplayMode,
+        &OvCommanderView::showFileViewer,  &OvCommanderView::editCurrentFile,
+        &OvCommanderView::showCopyDialog,  &OvCommanderView::showMoveDialog,
+        &OvCommanderView::showMkdirDialog, &OvCommanderView::showDeleteDialog,
+        &OvCommanderView::showSortDialog,  &OvCommanderView::quit};
+    (this->*commands[index])();
 }
 
 }  // namespace vantrel

@@ -3,9 +3,11 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/Color.h"
 #include "platform/Geometry.h"
+#include "platform/Menu.h"
 #include "platform/View.h"
 
 namespace vantrel {
@@ -32,12 +34,26 @@ public:
     virtual void setShouldClose(std::function<bool()> shouldClose) = 0;
 };
 
+/// A message with one button.
+struct Alert {
+    std::string messageText;
+    std::string informativeText;
+    std::string button;
+};
+
 /// Port: the running program as the desktop sees it. Main thread only.
 class Application {
 public:
     virtual ~Application() = default;
 
     virtual std::unique_ptr<Window> makeWindow(const WindowOptions& options) = 0;
+
+    /// Offers the menus in the desktop's native menu bar, from now on and for the window that has been made.
+    /// An item's key equivalent works wherever the keyboard is.
+    virtual void setMainMenu(std::vector<Menu> menus) = 0;
+
+    /// Shows a modal alert and returns when it has been answered.
+    virtual void runModal(const Alert& alert) = 0;
 
     /// Ends the event loop soon; safe inside any callback.
     virtual void terminate() = 0;

@@ -6,6 +6,7 @@ class Application;
 class FileManager;
 class FontCatalog;
 class MainQueue;
+class PreviewPanel;
 class ProcessInfo;
 class StandardOutput;
 class TextFieldFactory;
@@ -18,6 +19,7 @@ struct Desktop {
     FileManager& files;
     FontCatalog& fonts;
     MainQueue& mainQueue;
+    PreviewPanel& preview;
     ProcessInfo& process;
     StandardOutput& output;
     TextFieldFactory& textFields;

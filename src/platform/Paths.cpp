@@ -32,6 +32,7 @@ std::string deletingLastComponent(std::string_view path) {
 
 std::string appending(std::string_view path, std::string_view component) {
     path = withoutTrailingSlashes(path);
+    while (component.starts_with('/')) component.remove_prefix(1);
     std::string joined(path);
     if (!joined.empty() && joined.back() != '/') joined += '/';
     joined += component;

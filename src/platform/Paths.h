@@ -14,6 +14,7 @@ std::string lastComponent(std::string_view path);
 std::string deletingLastComponent(std::string_view path);
 
 /// "/a/b" of "/a" and "b", "/b" of "/" and "b"; "b" alone where the path is empty.
+/// Slashes in front of the component do not make it absolute: "/a" and "/b" give "/a/b".
 std::string appending(std::string_view path, std::string_view component);
 
 /// The text after the last "." of a name, "" when there is none. A leading dot belongs to the base name, and

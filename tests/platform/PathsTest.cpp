@@ -27,6 +27,8 @@ TEST(Paths, appendingPutsExactlyOneSlashBetween) {
     EXPECT_EQ(appending("/a/", "b"), "/a/b");
     EXPECT_EQ(appending("/", "b"), "/b");
     EXPECT_EQ(appending("", "b"), "b");
+    EXPECT_EQ(appending("/a", "/b"), "/a/b");
+    EXPECT_EQ(appending("/a", "b/c"), "/a/b/c");
 }
 
 TEST(Paths, theExtensionIsWhatFollowsTheLastDotAndALeadingDotIsPartOfTheBaseName) {

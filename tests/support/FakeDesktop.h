@@ -12,6 +12,7 @@
 #include "model/VantrelEngine.h"
 #include "platform/Application.h"
 #include "platform/Desktop.h"
+#include "platform/PreviewPanel.h"
 #include "platform/ProcessInfo.h"
 #include "platform/StandardOutput.h"
 #include "platform/TextField.h"
@@ -80,10 +81,29 @@ public:
         window = made.get();
         return made;
     }
+    void setMainMenu(std::vector<Menu> menus) override { mainMenu = std::move(menus); }
+    void runModal(const Alert& alert) override { alerts.push_back(alert); }
     void terminate() override { ++terminations; }
 
     FakeWindow* window = nullptr;  // borrowed from whoever asked for it
+    std::vector<Menu> mainMenu;
+    std::vector<Alert> alerts;
     int terminations = 0;
+};
+
+class FakePreviewPanel final : public PreviewPanel {
+public:
+    bool isVisible() const override { return visible; }
+    void orderOut() override { visible = false; }
+    void setDataSource(std::weak_ptr<PreviewPanelDataSource> source) override {
+        dataSource = std::move(source);
+    }
+    void setDelegate(std::weak_ptr<PreviewPanelDelegate> owner) override { delegate = std::move(owner); }
+    void makeKeyAndOrderFront() override { visible = true; }
+
+    bool visible = false;
+    std::weak_ptr<PreviewPanelDataSource> dataSource;
+    std::weak_ptr<PreviewPanelDelegate> delegate;
 };
 
 class FakeTextField final : public TextField {
@@ -142,6 +162,7 @@ struct FakeDesktop {
     FakeFileManager files;
     FakeFontCatalog fonts;
     ManualMainQueue mainQueue;
+    FakePreviewPanel preview;
     FakeProcessInfo process;
     RecordingOutput output;
     FakeTextFields textFields;
@@ -159,6 +180,7 @@ struct FakeDesktop {
                 .files = fileManager,
                 .fonts = fonts,
                 .mainQueue = mainQueue,
+                .preview = preview,
                 .process = process,
                 .output = output,
                 .textFields = textFields,
