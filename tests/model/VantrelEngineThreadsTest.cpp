@@ -1,0 +1,229 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <random>
+#include <thread>
+#include <vector>
+
+#include "model/VantrelEngine.h"
+#include "platform/posix/SystemClock.h"
+#include "support/ManualMainQueue.h"
+#include "support/TemporaryFolder.h"
+#include "walk/WalkPool.h"
+
+// The engine with real threads on real folders.
+
+namespace vantrel {
+namespace {
+
+using testing::ElementsAre;
+
+struct Report {
+    std::int64_t bytes;
+    std::int64_t items;
+    bool isComplete;
+    bool operator==(const Report&) const = default;
+};
+
+class VantrelEngineThreads : public testing::Test {
+protected:
+    using Reports = std::shared_ptr<std::vector<Report>>;
+
+    Reports request(const std::string& path) {
+        auto reports = std::make_shared<std::vector<Report>>();
+        engine->calculateVantrel(path, [reports, main = std::this_thread::get_id()](
+                                           std::int64_t bytes, std::int64_t items, bool isComplete) {
+            EXPECT_EQ(std::this_thread::get_id(), main);
+            reports->push_back({bytes, items, isComplete});
+        });
+        return reports;
+    }
+
+    bool waitForFinalReport(const Reports& reports) {
+        return mainQueue.runUntil([&] { return !reports->empty() && reports->back().isComplete; });
+    }
+
+    test::TemporaryFolder folder;
+    SystemClock clock;
+    test::ManualMainQueue mainQueue;
+    WalkPool pool{clock};
+    std::shared_ptr<VantrelEngine> engine = VantrelEngine::make({pool, mainQueue, clock});
+};
+
+TEST_F(VantrelEngineThreads, aFolderOnDiskIsCountedAndThenKnown) {
+    folder.makeFolder("d");
+    folder.makeFolder("d/sub");
+    folder.makeFile("d/one", "1");
+    folder.makeFile("d/.hidden", "2");
+    folder.makeFile("d/sub/three", "3");
+    folder.makeLink("d/link", folder.path("d"));
+    const Reports reports = request(folder.path("d"));
+    ASSERT_TRUE(waitForFinalReport(reports));
+    EXPECT_EQ(reports->back().items, 3);
+    const auto known = engine->cachedSize(folder.path("d"));
+    ASSERT_TRUE(known.has_value());
+    EXPECT_EQ(known->bytes, reports->back().bytes);
+
+    const Reports again = request(folder.path("d"));
+    EXPECT_FALSE(engine->isCalculating(folder.path("d")));
+    ASSERT_TRUE(waitForFinalReport(again));
+    EXPECT_THAT(*again, ElementsAre(reports->back()));
+}
+
+TEST_F(VantrelEngineThreads, anEmptyFolderIsZeroAndZeroAndIsCached) {
+    const Reports reports = request(folder.makeFolder("empty"));
+    ASSERT_TRUE(waitForFinalReport(reports));
+    EXPECT_THAT(*reports, ElementsAre(Report{0, 0, true}));
+    EXPECT_EQ(engine->cachedSize(folder.path("empty")), (WalkTotals{0, 0}));
+}
+
+TEST_F(VantrelEngineThreads, aPathThatDoesNotExistIsZeroAndZeroAndIsNotCached) {
+    const Reports reports = request(folder.path("missing"));
+    ASSERT_TRUE(waitForFinalReport(reports));
+    EXPECT_THAT(*reports, ElementsAre(Report{0, 0, true}));
+    EXPECT_EQ(engine->cachedSize(folder.path("missing")), std::nullopt);
+}
+
+TEST_F(VantrelEngineThreads, manyFoldersAtOnceEachEndInTheirOwnTotal) {
+    std::vector<Reports> all;
+    for (int number = 0; number < 200; ++number) {
+        const std::string name = "d" + std::to_string(number);
+        folder.makeFolder(name);
+        for (int file = 0; file < number % 7; ++file) folder.makeFile(name + "/f" + std::to_string(file));
+        all.push_back(request(folder.path(name)));
+    }
+    for (int number = 0; number < 200; ++number) {
+        ASSERT_TRUE(waitForFinalReport(all[static_cast<std::size_t>(number)]));
+        EXPECT_EQ(all[static_cast<std::size_t>(number)]->back().items, number % 7);
+    }
+}
+
+TEST_F(VantrelEngineThreads, aRequestThatIsReplacedAgainAndAgainEndsInOneFinalReportOfTheLast) {
+    folder.makeFolder("d");
+    for (int file = 0; file < 50; ++file) folder.makeFile("d/f" + std::to_string(file));
+    std::vector<Reports> all;
+    for (int turn = 0; turn < 100; ++turn) all.push_back(request(folder.path("d")));
+    ASSERT_TRUE(waitForFinalReport(all.back()));
+    EXPECT_EQ(all.back()->back().items, 50);
+    EXPECT_FALSE(engine->isCalculating(folder.path("d")));
+}
+
+// The walk of the marker gives the cancelled one time to say what it must not say.
+TEST_F(VantrelEngineThreads, aCancelledWalkNeitherReportsItsEndNorIsCached) {
+    folder.makeFolder("d");
+    for (int file = 0; file < 300; ++file) folder.makeFile("d/f" + std::to_string(file));
+    folder.makeFolder("marker");
+    for (int turn = 0; turn < 50; ++turn) {
+        const Reports cancelled = request(folder.path("d"));
+        engine->cancelForPrefix(folder.path("d"));
+        const bool wasFinishedBefore = engine->cachedSize(folder.path("d")).has_value();
+        const Reports marker = request(folder.path("marker"));
+        ASSERT_TRUE(waitForFinalReport(marker));
+        mainQueue.runAll();
+        if (wasFinishedBefore) break;
+        for (const Report& report : *cancelled) EXPECT_FALSE(report.isComplete);
+        EXPECT_EQ(engine->cachedSize(folder.path("d")), std::nullopt);
+    }
+}
+
+// Reports of each request in its order, written by the main queue only.
+struct Watch {
+    std::int64_t lastBytes = 0;
+    std::int64_t lastItems = 0;
+    int finals = 0;
+};
+
+TEST_F(VantrelEngineThreads, fourThreadsMayMixEveryOperation) {
+    std::vector<std::string> roots;
+    for (int number = 0; number < 12; ++number) {
+        roots.push_back(folder.makeFolder("r" + std::to_string(number)));
+        for (int sub = 0; sub < 4; ++sub) {
+            const std::string name = "r" + std::to_string(number) + "/s" + std::to_string(sub);
+            folder.makeFolder(name);
+            for (int file = 0; file < 5; ++file)
+                folder.makeFile(name + "/f" + std::to_string(file), "content");
+        }
+    }
+    roots.push_back(folder.path("missing"));
+
+    const auto mixOperations = [&](unsigned seed) {
+        std::mt19937 random(seed);
+        for (int turn = 0; turn < 300; ++turn) {
+            const std::string& path = roots[random() % roots.size()];
+            switch (random() % 8) {
+                case 0:
+                    engine->cancelFor(path);
+                    break;
+                case 1:
+                    engine->cancelForPrefix(path);
+                    break;
+                case 2:
+                    if (turn % 50 == 0) engine->cancelAll();
+                    break;
+                case 3:
+                    (void)engine->cachedSize(path);
+                    break;
+                case 4:
+                    (void)engine->isCalculating(path);
+                    break;
+                default:
+                    engine->calculateVantrel(
+                        path, [watch = std::make_shared<Watch>()](std::int64_t bytes, std::int64_t items,
+                                                                  bool isComplete) {
+                            EXPECT_EQ(watch->finals, 0) << "a report after the final one";
+                            EXPECT_GE(bytes, watch->lastBytes);
+                            EXPECT_GE(items, watch->lastItems);
+                            *watch = {bytes, items, isComplete ? 1 : 0};
+                        });
+            }
+        }
+    };
+    std::atomic<int> running{4};
+    std::vector<std::thread> threads;
+    for (unsigned seed = 1; seed <= 4; ++seed) {
+        threads.emplace_back([&, seed] {
+            mixOperations(seed);
+            --running;
+            mainQueue.post([] {});  // wakes the wait below
+        });
+    }
+    EXPECT_TRUE(mainQueue.runUntil([&] { return running == 0; }));
+    for (std::thread& thread : threads) thread.join();
+
+    engine->cancelAll();
+    for (const std::string& root : roots) {
+        const Reports last = request(root);
+        ASSERT_TRUE(waitForFinalReport(last));
+        EXPECT_EQ(last->back().items, root == folder.path("missing") ? 0 : 20);
+    }
+}
+
+TEST(VantrelEngineShared, isMadeOnceByWhicheverThreadAsksFirst) {
+    static test::ManualMainQueue mainQueue;
+    static SystemClock clock;
+    static WalkPool pool(clock);
+    static std::atomic<int> made{0};
+    VantrelEngine::provideShared([] {
+        ++made;
+        return VantrelEngineServices{pool, mainQueue, clock};
+    });
+    std::mutex mutex;
+    std::map<VantrelEngine*, int> seen;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            VantrelEngine* const engine = &VantrelEngine::shared();
+            const std::lock_guard lock(mutex);
+            ++seen[engine];
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(made, 1);
+    EXPECT_EQ(seen.size(), 1U);
+}
+
+}  // namespace
+}  // namespace vantrel
