@@ -1,8 +1,10 @@
 #include "platform/qt/QtApplication.h"
 
+#include <QMessageBox>
 #include <QProxyStyle>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace vantrel {
 
@@ -57,7 +59,28 @@ QtApplication::QtApplication(const char* programName)
 std::unique_ptr<Window> QtApplication::makeWindow(const WindowOptions& options) {
     auto window = std::make_unique<QtWindow>(options);
     window_ = window.get();
+    if (!mainMenu_.empty()) window_->showMenus(mainMenu_);
     return window;
+}
+
+void QtApplication::setMainMenu(std::vector<Menu> menus) {
+    mainMenu_ = std::move(menus);
+    if (window_) window_->showMenus(mainMenu_);
+}
+
+void QtApplication::runModal(const Alert& alert) {
+    // Not on the stack: the window may go while the alert is open and takes it along.
+    const QPointer<QMessageBox> box = new QMessageBox(window_);
+    box->setIcon(QMessageBox::Information);
+    box->setWindowTitle(QString::fromStdString(alert.messageText));
+    box->setTextFormat(Qt::PlainText);
+    box->setText(QString::fromStdString(alert.messageText));
+    box->setInformativeText(QString::fromStdString(alert.informativeText));
+    box->addButton(QString::fromStdString(alert.button).replace('&', "&&"), QMessageBox::AcceptRole);
+    box->exec();
+    delete box;
+    // Where no window manager does it.
+    if (window_) window_->activateWindow();
 }
 
 void QtApplication::terminate() {

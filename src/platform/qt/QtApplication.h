@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <string>
+#include <vector>
 
 #include "platform/Application.h"
 #include "platform/qt/QtWindow.h"
@@ -16,6 +18,8 @@ public:
     explicit QtApplication(const char* programName);
 
     std::unique_ptr<Window> makeWindow(const WindowOptions& options) override;
+    void setMainMenu(std::vector<Menu> menus) override;
+    void runModal(const Alert& alert) override;
     void terminate() override;
 
     /// Serves events until `terminate` or until the last window is closed.
@@ -30,6 +34,7 @@ private:
     char* arguments_[2];  ///< QApplication keeps referring to it
     QApplication application_;
     QPointer<QtWindow> window_;
+    std::vector<Menu> mainMenu_;
 };
 
 }  // namespace vantrel

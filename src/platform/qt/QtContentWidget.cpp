@@ -82,8 +82,8 @@ void QtContentWidget::fitRoot() {
 bool QtContentWidget::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::ShortcutOverride:
-            // Keys with Control belong to the main menu first; every other key is the content's own.
-            event->setAccepted(!holdsCommand(*static_cast<QKeyEvent*>(event)));
+            // What the main menu wants is taken before; every other key is the content's own.
+            event->accept();
             return true;
         case QEvent::KeyPress:
             // Here and not in keyPressEvent, which never sees the keys that move the focus.

@@ -35,8 +35,8 @@ protected:
             return QLineEdit::event(event);
         const KeyEvent key = keyEventFrom(*static_cast<QKeyEvent*>(event));
         if (event->type() == QEvent::ShortcutOverride) {
-            if (!isOwnersKey(key.key)) return QLineEdit::event(event);
-            event->setAccepted(key.command == CommandKey::released);
+            // What the main menu wants is taken before; every other key is for the field or its owner.
+            event->accept();
             return true;
         }
         if (isOwnersKey(key.key)) {
@@ -109,6 +109,8 @@ public:
 
     void focusAndSelectAll() override {
         if (!edit_) return;
+        // Another window of the program may have the keyboard, such as the preview.
+        if (!edit_->isActiveWindow()) edit_->activateWindow();
         edit_->setFocus(Qt::OtherFocusReason);
         edit_->selectAll();
     }

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/qt/QtMenuBar.h"
+
 namespace vantrel {
 
 namespace {
@@ -22,7 +24,7 @@ QtWindow::QtWindow(const WindowOptions& options)
     setWindowTitle(QString::fromStdString(options.title));
     content_->setMinimumSize(wholePoints(options.minimumContentSize));
     setCentralWidget(content_);
-    giveContentItsSize();
+    giveContent(contentSize_);
 }
 
 void QtWindow::setContentView(std::shared_ptr<View> content) {
@@ -30,7 +32,7 @@ void QtWindow::setContentView(std::shared_ptr<View> content) {
 }
 
 void QtWindow::centerAndShow() {
-    giveContentItsSize();
+    giveContent(contentSize_);
     setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size(), screen()->availableGeometry()));
     show();
     raise();
@@ -42,12 +44,19 @@ void QtWindow::setShouldClose(std::function<bool()> shouldClose) {
     shouldClose_ = std::move(shouldClose);
 }
 
-void QtWindow::giveContentItsSize() {
+void QtWindow::showMenus(const std::vector<Menu>& menus) {
+    const QSize contentSize = isVisible() ? content_->size() : contentSize_;
+    setMenuBar(makeQtMenuBar(menus, this));
+    menuBar()->show();
+    giveContent(contentSize);
+}
+
+void QtWindow::giveContent(const QSize& contentSize) {
     // A hidden window lays nothing out by itself.
     layout()->invalidate();
     layout()->activate();
     const QSize aroundContent = size() - content_->size();
-    resize(contentSize_ + aroundContent);
+    resize(contentSize + aroundContent);
 }
 
 void QtWindow::closeEvent(QCloseEvent* event) {

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "platform/Application.h"
 #include "platform/qt/QtContentWidget.h"
@@ -19,13 +20,16 @@ public:
     void centerAndShow() override;
     void setShouldClose(std::function<bool()> shouldClose) override;
 
+    /// Puts a menu bar with these menus above the content, which keeps its size; replaces an earlier one.
+    void showMenus(const std::vector<Menu>& menus);
+
     QtContentWidget& content() const { return *content_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void giveContentItsSize();
+    void giveContent(const QSize& contentSize);
 
     QtContentWidget* content_;  ///< owned by QMainWindow
     QSize contentSize_;
