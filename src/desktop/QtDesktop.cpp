@@ -11,6 +11,7 @@ QtDesktop::QtDesktop(const char* programName)
     : application_(programName),
       // Never destroyed, like the clocks and the pool below: walks use them until the process has ended.
       mainQueue_(*new QtMainQueue),
+      preview_(application_, mainQueue_),
       textFields_(application_) {
     VantrelEngine::provideShared([this] {
         const auto& clock = *new SystemClock;
@@ -28,6 +29,7 @@ Desktop QtDesktop::ports() {
             .files = files_,
             .fonts = fonts_,
             .mainQueue = mainQueue_,
+            .preview = preview_,
             .process = process_,
             .output = output_,
             .textFields = textFields_,

@@ -10,6 +10,7 @@
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtFontCatalog.h"
 #include "platform/qt/QtMainQueue.h"
+#include "platform/qt/QtPreviewPanel.h"
 #include "platform/qt/QtTextField.h"
 #include "platform/qt/QtTimerFactory.h"
 
@@ -37,6 +38,7 @@ private:
     QtMainQueue& mainQueue_;
     PosixFileManager files_;
     QtFontCatalog fonts_;
+    QtPreviewPanel preview_;
     PosixProcessInfo process_;
     PosixStandardOutput output_;
     QtTextFieldFactory textFields_;

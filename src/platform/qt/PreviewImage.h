@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/qt/PreviewContent.h"
+#include "platform/qt/PreviewFile.h"
+
+namespace vantrel {
+
+/// Decodes the picture in `file`, whatever its name, scaled down while it is read where it is larger than
+/// `box` (pixels); nothing when it holds none that can be read within the bounds below. Any thread.
+std::optional<ImageBody> decodeImage(StoppableFile& file, const QSize& box);
+
+/// Some decoders read the whole file first.
+inline constexpr qint64 largestImageFile = qint64{256} << 20;  // bytes
+
+/// One decoded picture, in megabytes. Formats that scale while they are read stay far below it.
+inline constexpr int imageAllocationLimit = 256;
+
+}  // namespace vantrel

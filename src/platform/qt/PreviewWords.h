@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "platform/PreviewPanel.h"
+#include "platform/qt/PreviewContent.h"
+
+/// What a preview says in words, for the user's language where Qt knows it. Pure functions.
+namespace vantrel::previewWords {
+
+/// "512 bytes", "1.5 MB (1,572,864 bytes)"; a kilobyte has 1024 bytes.
+QString size(quint64 bytes);
+
+/// The item's name, then one line each for what else is known.
+QStringList facts(const PreviewItem& item, const PreviewFacts& facts);
+
+/// One line about the file for below its content.
+QString caption(const PreviewContent& content);
+
+}  // namespace vantrel::previewWords
