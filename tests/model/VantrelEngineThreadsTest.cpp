@@ -11,6 +11,7 @@
 #include "model/VantrelEngine.h"
 #include "platform/posix/SystemClock.h"
 #include "support/ManualMainQueue.h"
+#include "support/ManualWalkQueue.h"
 #include "support/TemporaryFolder.h"
 #include "walk/WalkPool.h"
 
@@ -204,11 +205,11 @@ TEST_F(VantrelEngineThreads, fourThreadsMayMixEveryOperation) {
 TEST(VantrelEngineShared, isMadeOnceByWhicheverThreadAsksFirst) {
     static test::ManualMainQueue mainQueue;
     static SystemClock clock;
-    static WalkPool pool(clock);
+    static test::ManualWalkQueue walks;  // a pool would leave its threads to all later tests
     static std::atomic<int> made{0};
     VantrelEngine::provideShared([] {
         ++made;
-        return VantrelEngineServices{pool, mainQueue, clock};
+        return VantrelEngineServices{walks, mainQueue, clock};
     });
     std::mutex mutex;
     std::map<VantrelEngine*, int> seen;
