@@ -62,8 +62,8 @@ void SizesQuestion::askFor(const std::string& path) {
 
 void SizesQuestion::askForOwnFiles(const std::string& folder) {
     ++missing_;
-    services_.ownFiles().submit(folder, std::make_shared<const CancellationFlag>(),
-                                std::make_unique<OwnFilesObserver>(*this));
+    services_.pool.submit(folder, std::make_shared<const CancellationFlag>(),
+                          std::make_unique<OwnFilesObserver>(*this), WalkPool::Reach::ownFilesOnly);
 }
 
 Interrupted SizesQuestion::wait(const OnProgress& onProgress) {

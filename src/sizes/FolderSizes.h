@@ -8,6 +8,7 @@
 #include "platform/Result.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/SizesTable.h"
+#include "walk/WalkPool.h"
 
 namespace vantrel::sizes {
 
@@ -25,14 +26,14 @@ class SizesQuestion {
 public:
     struct Services {
         VantrelEngine& engine;
-        std::function<WalkQueue&()> ownFiles;  ///< a queue whose walks stay on the first level of a folder
+        WalkPool& pool;  ///< the engine's
         CommandLineQueue& queue;
     };
 
     /// Called about ten times a second while sizes are missing.
     using OnProgress = std::function<void(const SizesQuestion&)>;
 
-    explicit SizesQuestion(Services services) : services_(std::move(services)) {}
+    explicit SizesQuestion(const Services& services) : services_(services) {}
     SizesQuestion(const SizesQuestion&) = delete;
     SizesQuestion& operator=(const SizesQuestion&) = delete;
 

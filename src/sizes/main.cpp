@@ -31,12 +31,6 @@ constexpr const char* help =
 
 enum ExitStatus : int { success = 0, someFailed = 1, wrongUsage = 2 };
 
-WalkPool& newOwnFilesPool(const Clock& clock) {
-    WalkPool::Options options;
-    options.reach = WalkPool::Reach::ownFilesOnly;
-    return *new WalkPool(clock, options);
-}
-
 // What the program stands on; never destroyed, since a thread may be stuck in a system call for ever.
 class Program {
 public:
@@ -55,7 +49,7 @@ public:
 
 private:
     WalkTotals show(const std::string& folder) {
-        SizesQuestion question({*engine_, [this]() -> WalkQueue& { return ownFilesPool(); }, queue_});
+        SizesQuestion question({*engine_, pool_, queue_});
         if (const auto error = question.ask(folder)) {
             std::fprintf(stderr, "vantrel-sizes: %s: %s\n", folder.c_str(), error.message().c_str());
             status_ = someFailed;
@@ -79,11 +73,6 @@ private:
         std::fwrite(line.data(), 1, line.size(), stdout);
     }
 
-    WalkQueue& ownFilesPool() {
-        if (!ownFilesPool_) ownFilesPool_ = &newOwnFilesPool(clock_);
-        return *ownFilesPool_;
-    }
-
     const Options options_;
     const PathStyle paths_ = ::isatty(STDOUT_FILENO) == 1 ? PathStyle::harmless : PathStyle::raw;
     ExitStatus status_ = success;
@@ -91,7 +80,6 @@ private:
     CommandLineQueue queue_{interruption_.descriptor()};
     const CoarseClock clock_;
     WalkPool pool_{clock_};
-    WalkPool* ownFilesPool_ = nullptr;
     const std::shared_ptr<VantrelEngine> engine_ = VantrelEngine::make({pool_, queue_, clock_});
 };
 

@@ -28,8 +28,11 @@ struct Measure {
     std::int64_t bytes = 0;               ///< allocated on disk
 };
 
+enum class EndMark : std::uint8_t { unknown, trusted, none };
+
 /// What a walk has learned about its file system. Shared by the threads of the walk.
 struct Volume {
+    std::atomic<EndMark> endMark{EndMark::unknown};  ///< whether a batch of names tells that it is the last
     std::atomic<bool> sparesAccessTimes{
         true};  ///< false once the system has refused to leave a folder's alone
 };
@@ -54,7 +57,7 @@ public:
     virtual Result<FileDescriptor> openFolder(int parent, const char* name, Volume& volume) = 0;
 
     /// The folder at `relativePath` (any length, "." too) below `ancestor`, by the same rules. Good for
-    /// `openFolder`, `openBelow` and `measure`, perhaps not for reading.
+    /// `openFolder` and `openBelow`, perhaps not for reading.
     virtual Result<FileDescriptor> openBelow(int ancestor, const std::string& relativePath,
                                              Volume& volume) = 0;
 
@@ -64,17 +67,24 @@ public:
     /// Reads the next batch of names. False at the end of the folder, and on an error.
     virtual bool read(int folder, DirectoryStream* stream) = 0;
 
-    /// Whether the batch last read is known to be the folder's last.
-    virtual bool reachedEnd() const = 0;
+    /// Whether the batch last read is known to be the folder's last; to be asked once its entries are used
+    /// up.
+    virtual bool reachedEnd(int folder, Volume& volume) const = 0;
 
     /// Whether the batch last read was so large that more names are likely to follow.
     virtual bool expectsMore() const = 0;
+
+    /// The descriptor to pass to `measure` for the batch last read from `folder`.
+    virtual int measuringFrom(int folder) = 0;
 
     /// The next entry of the batch, without "." and "..". False when the batch is used up.
     virtual bool next(Entry& entry) = 0;
 
     /// Looks at an entry without following a link or opening it.
     virtual bool measure(int folder, const char* name, Measure& measure) = 0;
+
+    /// Lets go of every folder: the thread turns to another walk or has nothing to do.
+    virtual void rest() = 0;
 };
 
 }  // namespace vantrel::walking

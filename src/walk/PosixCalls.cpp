@@ -13,7 +13,9 @@ std::optional<Identity> identify(int descriptor) {
 }
 
 bool isDescriptorShortage(const std::error_code& error) {
-    return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
+    // Asked about every folder, so that success has to be told without comparing categories.
+    return error &&
+           (error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system);
 }
 
 Result<FileDescriptor> openOnSameDevice(int parent, const char* name, int flags) {

@@ -97,7 +97,7 @@ bool PosixDirectoryReader::read(int, DirectoryStream* stream) {
     return !names_.empty();
 }
 
-bool PosixDirectoryReader::reachedEnd() const {
+bool PosixDirectoryReader::reachedEnd(int, Volume&) const {
     return reachedEnd_;
 }
 

@@ -17,10 +17,12 @@ public:
     Result<FileDescriptor> openBelow(int ancestor, const std::string& relativePath, Volume& volume) override;
     Result<std::unique_ptr<DirectoryStream>> beginReading(int folder) override;
     bool read(int folder, DirectoryStream* stream) override;
-    bool reachedEnd() const override;
+    bool reachedEnd(int folder, Volume& volume) const override;
     bool expectsMore() const override;
+    int measuringFrom(int folder) override { return folder; }
     bool next(Entry& entry) override;
     bool measure(int folder, const char* name, Measure& measure) override;
+    void rest() override {}
 
 private:
     std::vector<char> names_;  // per entry: its kind in one byte, the name, a zero byte

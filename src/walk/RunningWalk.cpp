@@ -2,14 +2,8 @@
 
 namespace vantrel::walking {
 
-RunningWalk::RunningWalk(std::string rootPath, std::shared_ptr<const CancellationFlag> cancellation,
-                         std::unique_ptr<WalkObserver> observer, const Clock& clock,
-                         const std::atomic<bool>& stopping)
-    : rootPath_(std::move(rootPath)),
-      cancellation_(std::move(cancellation)),
-      observer_(std::move(observer)),
-      clock_(clock),
-      stopping_(stopping) {}
+RunningWalk::RunningWalk(WalkRequest request, const Clock& clock, const std::atomic<bool>& stopping)
+    : request_(std::move(request)), clock_(clock), stopping_(stopping) {}
 
 void RunningWalk::begin() {
     lastReport_.store(clock_.now(), std::memory_order_relaxed);
@@ -32,17 +26,17 @@ void RunningWalk::report(Seconds now, WalkTotals& counted) {
     if (!(now - lastReport_.load(std::memory_order_relaxed) > reportInterval) || isCancelled()) return;
     lastReport_.store(now, std::memory_order_relaxed);
     add(counted);
-    observer_->walkDidProgress(totals());
+    request_.observer->walkDidProgress(totals());
 }
 
 void RunningWalk::end() {
     if (stopping_.load(std::memory_order_relaxed)) return;
-    if (cancellation_->isCancelled())
-        observer_->walkDidEnd(WalkOutcome::cancelled, totals());
+    if (request_.cancellation->isCancelled())
+        request_.observer->walkDidEnd(WalkOutcome::cancelled, totals());
     else if (rootFailed_)
-        observer_->walkDidEnd(WalkOutcome::rootUnreadable, {});
+        request_.observer->walkDidEnd(WalkOutcome::rootUnreadable, {});
     else
-        observer_->walkDidEnd(WalkOutcome::finished, totals());
+        request_.observer->walkDidEnd(WalkOutcome::finished, totals());
 }
 
 }  // namespace vantrel::walking

@@ -9,23 +9,31 @@
 #include "walk/CheckedSum.h"
 #include "walk/DirectoryReader.h"
 #include "walk/Walk.h"
+#include "walk/WalkPool.h"
 
 namespace vantrel::walking {
+
+/// What was asked of a pool.
+struct WalkRequest {
+    std::string root;
+    std::shared_ptr<const CancellationFlag> cancellation;
+    std::unique_ptr<WalkObserver> observer;
+    WalkPool::Reach reach = WalkPool::Reach::wholeTree;
+};
 
 /// One submitted walk: its root, its totals, its observer. Any of the pool's threads may work for it; lives
 /// until its root folder is released.
 class RunningWalk {
 public:
-    RunningWalk(std::string rootPath, std::shared_ptr<const CancellationFlag> cancellation,
-                std::unique_ptr<WalkObserver> observer, const Clock& clock,
-                const std::atomic<bool>& stopping);
+    RunningWalk(WalkRequest request, const Clock& clock, const std::atomic<bool>& stopping);
 
-    const std::string& rootPath() const { return rootPath_; }
+    const std::string& rootPath() const { return request_.root; }
+    WalkPool::Reach reach() const { return request_.reach; }
     Volume& volume() { return volume_; }
 
     /// Cancelled by its flag, or because the pool is being destroyed.
     bool isCancelled() const {
-        return cancellation_->isCancelled() || stopping_.load(std::memory_order_relaxed);
+        return request_.cancellation->isCancelled() || stopping_.load(std::memory_order_relaxed);
     }
 
     /// From here on the time between reports counts.
@@ -52,9 +60,7 @@ private:
     void report(Seconds now, WalkTotals& counted);
     WalkTotals totals();
 
-    const std::string rootPath_;
-    const std::shared_ptr<const CancellationFlag> cancellation_;
-    const std::unique_ptr<WalkObserver> observer_;
+    const WalkRequest request_;
     const Clock& clock_;
     const std::atomic<bool>& stopping_;
     Volume volume_;

@@ -43,7 +43,12 @@ WalkPool::~WalkPool() = default;
 
 void WalkPool::submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
                       std::unique_ptr<WalkObserver> observer) {
-    scheduler_->submit(std::move(root), std::move(cancellation), std::move(observer));
+    submit(std::move(root), std::move(cancellation), std::move(observer), Reach::wholeTree);
+}
+
+void WalkPool::submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
+                      std::unique_ptr<WalkObserver> observer, Reach reach) {
+    scheduler_->submit({std::move(root), std::move(cancellation), std::move(observer), reach});
 }
 
 }  // namespace vantrel

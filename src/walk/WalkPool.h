@@ -24,16 +24,17 @@ class WalkScheduler;
 /// shortage of descriptors delays a walk but loses nothing.
 class WalkPool final : public WalkQueue {
 public:
-    using ReaderFactory = std::function<std::unique_ptr<walking::DirectoryReader>()>;
+    enum class Reach : std::uint8_t {
+        wholeTree,
+        ownFilesOnly,  ///< what stands in the root itself
+    };
 
-    /// How far the walks of a pool go.
-    enum class Reach : std::uint8_t { wholeTree, ownFilesOnly };
+    using ReaderFactory = std::function<std::unique_ptr<walking::DirectoryReader>()>;
 
     struct Options {
         unsigned threads = recommendedThreads();
         int descriptorBudget = recommendedDescriptorBudget();  ///< beside some three per thread
         ReaderFactory makeReader = nativeReader;               ///< called once for each thread
-        Reach reach = Reach::wholeTree;
     };
 
     /// More threads than processors, because threads wait for disks.
@@ -46,7 +47,8 @@ public:
     static std::unique_ptr<walking::DirectoryReader> nativeReader();
     static std::unique_ptr<walking::DirectoryReader> portableReader();
 
-    /// Starts the threads. `clock` must outlive the pool.
+    /// Threads start when there is work for them. `clock` must outlive the pool. A relative root starts at
+    /// the program's working folder, which should not change while the pool lives.
     explicit WalkPool(const Clock& clock);
     WalkPool(const Clock& clock, Options options);
 
@@ -57,6 +59,8 @@ public:
 
     void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
                 std::unique_ptr<WalkObserver> observer) override;
+    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
+                std::unique_ptr<WalkObserver> observer, Reach reach);
 
 private:
     std::unique_ptr<walking::WalkScheduler> scheduler_;

@@ -34,18 +34,17 @@ void releaseFolder(Folder* folder) {
 }
 
 WalkScheduler::WalkScheduler(const Clock& clock, WalkPool::Options options)
-    : clock_(clock), reach_(options.reach), budget_(options.descriptorBudget) {
+    : clock_(clock), budget_(options.descriptorBudget), available_(static_cast<int>(options.threads)) {
     precondition(options.threads > 0, "a pool needs a thread");
     for (unsigned i = 0; i < options.threads; ++i)
         workers_.push_back(std::make_unique<WalkWorker>(*this, i, options.makeReader()));
-    SignalsBlocked signalsBlocked;
-    for (auto& worker : workers_) threads_.emplace_back([&worker] { worker->run(); });
+    threads_.reserve(workers_.size());
 }
 
 WalkScheduler::~WalkScheduler() {
-    stopping_ = true;
     {
         std::lock_guard lock(sleepLock_);
+        stopping_ = true;
         wakeUp_.notify_all();
     }
     for (auto& thread : threads_) thread.join();
@@ -53,10 +52,8 @@ WalkScheduler::~WalkScheduler() {
         while (Folder* folder = worker->queue().takeNewest()) worker->drop(folder);
 }
 
-void WalkScheduler::submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                           std::unique_ptr<WalkObserver> observer) {
-    auto walk = std::make_unique<RunningWalk>(std::move(root), std::move(cancellation), std::move(observer),
-                                              clock_, stopping_);
+void WalkScheduler::submit(WalkRequest request) {
+    auto walk = std::make_unique<RunningWalk>(std::move(request), clock_, stopping_);
     {
         std::lock_guard lock(walksLock_);
         waitingWalks_.push_back(std::move(walk));
@@ -70,6 +67,7 @@ Folder* WalkScheduler::take(WalkWorker& worker) {
         if (Folder* folder = worker.queue().takeNewest()) return folder;
         if (Folder* folder = beginFurtherWalk()) return folder;
         if (Folder* folder = steal(worker)) return folder;
+        worker.rest();
         sleep();
     }
     return nullptr;
@@ -118,20 +116,35 @@ bool WalkScheduler::hasWork() const {
 void WalkScheduler::sleep() {
     std::unique_lock lock(sleepLock_);
     // Counted before the last look: who pushes after that look sees the sleeper, who pushed before is seen.
-    sleepers_.fetch_add(1);
+    available_.fetch_add(1);
     if (!hasWork()) {
         wakeUp_.wait(lock, [this] { return wakeUps_ > 0 || isStopping(); });
         if (wakeUps_ > 0) --wakeUps_;
     }
-    sleepers_.fetch_sub(1);
+    available_.fetch_sub(1);
 }
 
 void WalkScheduler::wakeOne() {
-    if (sleepers_.load() == 0) return;
+    if (available_.load() == 0) return;
     std::lock_guard lock(sleepLock_);
-    if (wakeUps_ >= sleepers_.load()) return;
+    if (threads_.size() < workers_.size() && sleepers() <= wakeUps_) return startThread();
+    if (wakeUps_ >= sleepers()) return;
     ++wakeUps_;
     wakeUp_.notify_one();
+}
+
+// Under sleepLock_.
+int WalkScheduler::sleepers() const {
+    return available_.load() - static_cast<int>(workers_.size() - threads_.size());
+}
+
+// Under sleepLock_.
+void WalkScheduler::startThread() {
+    if (isStopping()) return;
+    SignalsBlocked signalsBlocked;
+    WalkWorker& worker = *workers_[threads_.size()];
+    threads_.emplace_back([&worker] { worker.run(); });
+    available_.fetch_sub(1);
 }
 
 bool WalkScheduler::giveUp(Folder& folder) {

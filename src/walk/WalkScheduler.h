@@ -22,8 +22,7 @@ public:
     WalkScheduler(const Clock& clock, WalkPool::Options options);
     ~WalkScheduler();
 
-    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                std::unique_ptr<WalkObserver> observer);
+    void submit(WalkRequest request);
 
     /// The next folder for a worker: its own newest, the root of a further walk, or another worker's oldest;
     /// sleeps while there is none. Null when the pool is being destroyed.
@@ -35,7 +34,6 @@ public:
     /// To be called after a push into a worker's queue.
     void wakeOne();
 
-    WalkPool::Reach reach() const { return reach_; }
     DescriptorBudget& budget() { return budget_; }
     bool isStopping() const { return stopping_.load(std::memory_order_relaxed); }
 
@@ -52,10 +50,11 @@ public:
 private:
     Folder* steal(WalkWorker& thief);
     void sleep();
+    void startThread();
+    int sleepers() const;
     bool hasWork() const;
 
     const Clock& clock_;
-    const WalkPool::Reach reach_;
     DescriptorBudget budget_;
     std::atomic<bool> stopping_{false};
 
@@ -65,14 +64,14 @@ private:
 
     std::mutex sleepLock_;
     std::condition_variable wakeUp_;
-    int wakeUps_ = 0;  // under sleepLock_; not yet answered by a sleeper
-    std::atomic<int> sleepers_{0};
+    int wakeUps_ = 0;             // under sleepLock_; not yet answered by a sleeper
+    std::atomic<int> available_;  // workers that sleep, or whose thread was not started yet
 
     std::mutex givingUp_;
     std::mutex shortage_;
 
     std::vector<std::unique_ptr<WalkWorker>> workers_;
-    std::vector<std::thread> threads_;
+    std::vector<std::thread> threads_;  // under sleepLock_; of the first workers, started when first needed
 };
 
 /// Drops a reference; when that was the last of its walk, tells the observer and ends the walk.

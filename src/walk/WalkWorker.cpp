@@ -46,6 +46,7 @@ void WalkWorker::drop(Folder* folder) {
 // Visits a folder that was just found or is to be read on. Returns one of its sub-folders, to be visited
 // next by the same thread without a detour through the queue.
 Folder* WalkWorker::visit(Folder* folder) {
+    if (std::exchange(lastWalk_, &folder->walk()) != &folder->walk()) reader_->rest();
     if (folder->walk().isCancelled() || (!folder->wasOpened() && !open(*folder))) {
         drop(folder);
         return nullptr;
@@ -59,15 +60,12 @@ Folder* WalkWorker::visit(Folder* folder) {
 
 void WalkWorker::read(Folder& folder) {
     while (!folder.walk().isCancelled() && reader_->read(folder.descriptor(), folder.stream())) {
-        if (reader_->reachedEnd()) {
-            count(folder, folder.descriptor());
-            break;
-        }
         if (reader_->expectsMore() && !scheduler_.budget().isUsedUp()) {
             countHandedOver(folder);
             return;  // the stream belongs to whoever reads on
         }
-        count(folder, folder.descriptor());
+        count(folder);
+        if (reader_->reachedEnd(folder.descriptor(), folder.walk().volume())) break;
     }
     folder.endReading();
 }
@@ -79,14 +77,12 @@ void WalkWorker::countHandedOver(Folder& folder) {
     folder.useAgain();
     queue_.push(&folder);
     scheduler_.wakeOne();
-    // A descriptor of its own: thousands of calls through a shared one would pass the kernel's counter of its
-    // users from processor to processor.
-    auto own = reader_->openBelow(folder.descriptor(), ".", folder.walk().volume());
-    count(folder, own ? own->number() : folder.descriptor());
+    count(folder);
 }
 
-void WalkWorker::count(Folder& folder, int descriptor) {
+void WalkWorker::count(Folder& folder) {
     RunningWalk& walk = folder.walk();
+    const int descriptor = reader_->measuringFrom(folder.descriptor());
     Entry entry;
     Measure measure;
     while (!walk.isCancelled() && reader_->next(entry)) {
@@ -98,7 +94,7 @@ void WalkWorker::count(Folder& folder, int descriptor) {
         }
         if (entry.kind != EntryKind::folder)
             addChecked(counted_, {measure.bytes, 1});
-        else if (scheduler_.reach() == WalkPool::Reach::wholeTree)
+        else if (walk.reach() == WalkPool::Reach::wholeTree)
             children_.push_back(Folder::make(walk, &folder, entry.name));
         walk.progress(counted_);
     }

@@ -20,13 +20,16 @@ public:
     std::size_t index() const { return index_; }
     FolderQueue& queue() { return queue_; }
 
+    /// To be called before the thread sleeps.
+    void rest() { reader_->rest(); }
+
     /// Gives up a folder taken from a queue without visiting it.
     static void drop(Folder* folder);
 
 private:
     Folder* visit(Folder* folder);
     void read(Folder& folder);
-    void count(Folder& folder, int descriptor);
+    void count(Folder& folder);
     void countHandedOver(Folder& folder);
     Folder* publishChildren(Folder& folder);
 
@@ -40,8 +43,9 @@ private:
     const std::size_t index_;
     const std::unique_ptr<DirectoryReader> reader_;
     FolderQueue queue_;
-    std::vector<Folder*> children_;  // found in the folder being visited, seen by no other thread yet
-    WalkTotals counted_;             // in the folder being visited, not yet in the walk's totals
+    std::vector<Folder*> children_;          // found in the folder being visited, seen by no other thread yet
+    const RunningWalk* lastWalk_ = nullptr;  // whose folder was visited last; not looked into
+    WalkTotals counted_;                     // in the folder being visited, not yet in the walk's totals
 };
 
 }  // namespace vantrel::walking

@@ -47,9 +47,6 @@ protected:
     FolderSizesTest() {
         EXPECT_EQ(::pipe(interruption), 0);
         queue.emplace(interruption[0]);
-        WalkPool::Options onlyOwnFiles;
-        onlyOwnFiles.reach = WalkPool::Reach::ownFilesOnly;
-        ownFiles = std::make_unique<WalkPool>(clock, onlyOwnFiles);
         engine = VantrelEngine::make({pool, *queue, clock});
     }
     ~FolderSizesTest() override {
@@ -57,15 +54,12 @@ protected:
         ::close(interruption[1]);
     }
 
-    SizesQuestion::Services services() {
-        return {*engine, [this]() -> WalkQueue& { return *ownFiles; }, *queue};
-    }
+    SizesQuestion::Services services() { return {*engine, pool, *queue}; }
 
     int interruption[2];
     test::ManualClock clock;
     std::optional<CommandLineQueue> queue;
     WalkPool pool{clock};
-    std::unique_ptr<WalkPool> ownFiles;
     std::shared_ptr<VantrelEngine> engine;
     test::TemporaryFolder folder;
 };

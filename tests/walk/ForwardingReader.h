@@ -32,7 +32,11 @@ public:
         return real_->beginReading(folder);
     }
     bool read(int folder, walking::DirectoryStream* stream) override { return real_->read(folder, stream); }
-    bool reachedEnd() const override { return real_->reachedEnd(); }
+    bool reachedEnd(int folder, walking::Volume& volume) const override {
+        return real_->reachedEnd(folder, volume);
+    }
+    int measuringFrom(int folder) override { return real_->measuringFrom(folder); }
+    void rest() override { real_->rest(); }
     bool expectsMore() const override { return real_->expectsMore(); }
     bool next(walking::Entry& entry) override { return real_->next(entry); }
     bool measure(int folder, const char* name, walking::Measure& measure) override {
