@@ -1,10 +1,9 @@
 #include "sizes/SizesTable.h"
 
 #include <algorithm>
-#include <utility>
 
-#include "model/FileItem.h"
-#include "text/Text.h"
+#include "model/HumanReadableBytes.h"
+#include "sizes/TerminalText.h"
 
 namespace vantrel::sizes {
 
@@ -15,7 +14,7 @@ std::string rightAligned(const std::string& text, std::size_t width) {
 }
 
 std::string sizeText(std::int64_t bytes) {
-    const std::string padded = FileItem::formatBytes(bytes, SizeDisplayMode::humanReadable);
+    const std::string padded = humanReadableBytes(bytes);
     const auto begin = padded.find_first_not_of(' ');
     return padded.substr(begin, padded.find_last_not_of(' ') + 1 - begin);
 }
@@ -23,21 +22,15 @@ std::string sizeText(std::int64_t bytes) {
 }  // namespace
 
 void sortRows(std::vector<Row>& rows, RowOrder order) {
-    std::vector<std::pair<std::string, Row>> keyed;
-    keyed.reserve(rows.size());
-    for (Row& row : rows) keyed.emplace_back(text::naturalSortKey(row.path), std::move(row));
-    std::sort(keyed.begin(), keyed.end(), [order](const auto& left, const auto& right) {
-        const auto leftBytes = left.second.totals.bytes;
-        const auto rightBytes = right.second.totals.bytes;
-        if (order == RowOrder::largestFirst && leftBytes != rightBytes) return leftBytes > rightBytes;
-        return left.first < right.first;
+    std::sort(rows.begin(), rows.end(), [order](const Row& left, const Row& right) {
+        if (order == RowOrder::largestFirst && left.totals.bytes != right.totals.bytes)
+            return left.totals.bytes > right.totals.bytes;
+        return left.path < right.path;
     });
-    std::transform(keyed.begin(), keyed.end(), rows.begin(),
-                   [](auto& pair) { return std::move(pair.second); });
 }
 
 std::string lineOf(const Row& row, NumberStyle numbers, PathStyle paths) {
-    const std::string path = paths == PathStyle::raw ? row.path : text::shownText(row.path);
+    const std::string path = paths == PathStyle::raw ? row.path : terminalText(row.path);
     const std::string items = std::to_string(row.totals.items);
     if (numbers == NumberStyle::bytes)
         return std::to_string(row.totals.bytes) + '\t' + items + '\t' + path + '\n';

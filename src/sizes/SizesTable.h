@@ -21,7 +21,7 @@ enum class PathStyle : std::uint8_t {
     harmless,  ///< one line of valid text, for terminals
 };
 
-/// Largest first (equal sizes by name), or by name in natural order.
+/// Largest first and equal sizes by name, or all by name. Names are compared bytewise, in every locale alike.
 void sortRows(std::vector<Row>& rows, RowOrder order);
 
 /// Size, item count and path, with a newline. Exact counts are separated by tabs; sizes for people are padded

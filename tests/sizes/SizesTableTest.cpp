@@ -12,15 +12,15 @@ std::vector<std::string> pathsOf(const std::vector<Row>& rows) {
 }
 
 TEST(SizesTable, putsTheLargestFirstAndEqualSizesByName) {
-    std::vector<Row> rows{{"./b10", {5, 1}}, {"./small", {1, 9}}, {"./b9", {5, 1}}, {"./large", {7, 1}}};
+    std::vector<Row> rows{{"./b9", {5, 1}}, {"./small", {1, 9}}, {"./b10", {5, 1}}, {"./large", {7, 1}}};
     sortRows(rows, RowOrder::largestFirst);
-    EXPECT_EQ(pathsOf(rows), (std::vector<std::string>{"./large", "./b9", "./b10", "./small"}));
+    EXPECT_EQ(pathsOf(rows), (std::vector<std::string>{"./large", "./b10", "./b9", "./small"}));
 }
 
-TEST(SizesTable, sortsNamesNaturally) {
+TEST(SizesTable, sortsNamesBytewise) {
     std::vector<Row> rows{{"./b10", {5, 1}}, {"./c", {1, 9}}, {"./b9", {0, 1}}, {"./A", {7, 1}}};
     sortRows(rows, RowOrder::byName);
-    EXPECT_EQ(pathsOf(rows), (std::vector<std::string>{"./A", "./b9", "./b10", "./c"}));
+    EXPECT_EQ(pathsOf(rows), (std::vector<std::string>{"./A", "./b10", "./b9", "./c"}));
 }
 
 TEST(SizesTable, writesColumnsForPeople) {
@@ -38,7 +38,7 @@ TEST(SizesTable, writesExactBytesBetweenTabs) {
 TEST(SizesTable, keepsTheBytesOfPathsForProgramsAndMakesThemHarmlessForTerminals) {
     const Row row{"a\x1B[2J\xFF", {1, 1}};
     EXPECT_EQ(lineOf(row, NumberStyle::bytes, PathStyle::raw), "1\t1\ta\x1B[2J\xFF\n");
-    EXPECT_EQ(lineOf(row, NumberStyle::bytes, PathStyle::harmless), "1\t1\ta\uFFFD[2J\uFFFD\n");
+    EXPECT_EQ(lineOf(row, NumberStyle::bytes, PathStyle::harmless), "1\t1\ta?[2J?\n");
 }
 
 TEST(SizesTable, saysHowFarCountingHasCome) {
