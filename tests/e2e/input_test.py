@@ -1,5 +1,6 @@
 """Keys, clicks and the wheel in the real window."""
 
+import os
 import unittest
 
 from panels import settled_picture
@@ -168,6 +169,52 @@ class Mouse(WindowCase):
         self.session.click(*self.right.point_of(8), button=4)
         self.right.expect_cursor(3, "active")
         self.quit_and_expect_silence()
+
+
+class Dialogs(WindowCase):
+    def setUp(self):
+        super().setUp()
+        self.tree = self.session.make_tree("tree", 3)
+        self.open_window(self.tree, self.tree)
+        self.left.expect_rows(3)
+
+    def is_dimmed(self):
+        # The menu bar line under black at four tenths.
+        return self.session.screen.pixel(self.session.x + 2, self.session.y + 2) == (103, 103, 103)
+
+    def expect_dimmed(self, dimmed):
+        until(lambda: self.is_dimmed() == dimmed, "a dialog is open" if dimmed else "no dialog is open")
+
+    def test_f1_and_f9_open_their_dialogs_and_escape_closes_them(self):
+        for key in ("F1", "F9"):
+            self.session.keys(key)
+            self.expect_dimmed(True)
+            self.session.keys("Escape")
+            self.expect_dimmed(False)
+        self.quit_and_expect_silence()
+
+    def test_f10_does_not_quit_while_a_dialog_is_open(self):
+        self.session.keys("F1")
+        self.expect_dimmed(True)
+        self.session.keys("F10", "Tab", "Return")
+        self.expect_dimmed(False)
+        self.left.expect_cursor(1, "active")
+        self.quit_and_expect_silence()
+
+    def test_a_folder_is_made_by_typing_its_name_and_return(self):
+        self.session.keys("F7")
+        self.expect_dimmed(True)
+        self.session.keys("n", "e", "w", "Return")
+        self.expect_dimmed(False)
+        self.left.expect_rows(4)
+        self.assertIn("new", os.listdir(self.tree))
+        self.quit_and_expect_silence()
+
+    def test_menu_shortcuts_work_also_while_a_dialog_is_open(self):
+        self.session.keys("F7")
+        self.expect_dimmed(True)
+        self.session.keys("ctrl+q")
+        self.expect_end((0, "", ""))
 
 
 class End(WindowCase):

@@ -152,15 +152,21 @@ class Session:
         return found[0] if found else None
 
     def is_painted(self):
+        """Finds the window's content: x, y, width, height. False while it is not painted."""
         information = self.run("xwininfo", "-id", self.window)
         numbers = {}
         for line in information.splitlines():
             name, _, value = line.strip().partition(":")
             numbers[name] = value.strip()
-        self.x, self.y = int(numbers["Absolute upper-left X"]), int(numbers["Absolute upper-left Y"])
-        self.width, self.height = int(numbers["Width"]), int(numbers["Height"])
-        # The upper left corner of the menu bar line.
-        return self.screen.pixel(self.x + 2, self.y + 2) == (171, 171, 171)
+        self.x, top = int(numbers["Absolute upper-left X"]), int(numbers["Absolute upper-left Y"])
+        self.width, window_height = int(numbers["Width"]), int(numbers["Height"])
+        # The content begins where the menu bar line of its own begins, below the native menu bar.
+        for height in range(60):
+            if self.screen.pixel(self.x + 2, top + height) == (171, 171, 171):
+                self.menu_bar_height = height
+                self.y, self.height = top + height, window_height - height
+                return True
+        return False
 
     def run(self, *command, check=True):
         result = subprocess.run(

@@ -118,7 +118,7 @@ class Window(WindowCase):
     def test_shrinks_to_800_by_500_and_no_further(self):
         self.open_window()
         hints = self.session.run("xprop", "-id", self.session.window, "WM_NORMAL_HINTS")
-        self.assertIn("program specified minimum size: 800 by 500", hints)
+        self.assertIn(f"program specified minimum size: 800 by {500 + self.session.menu_bar_height}", hints)
         self.session.xdotool("windowsize", self.session.window, "300", "200")
         until(lambda: self.session.is_painted() and (self.session.width, self.session.height) == (800, 500), "800x500")
         self.quit_and_expect_silence()
@@ -128,14 +128,14 @@ class Window(WindowCase):
         self.session.xdotool("windowsize", self.session.window, "1000", "640")
         until(lambda: self.session.is_painted() and self.session.width == 1000, "1000 wide")
         # The last function key cell ends ten points before the right edge, whatever the width.
-        y = self.session.y + 640 - 5
+        y = self.session.y + self.session.height - 5
         until(lambda: self.session.screen.pixel(self.session.x + 985, y) == (0, 171, 171), "a cell near the right edge")
         self.quit_and_expect_silence()
 
     def test_stands_in_the_middle_of_the_screen(self):
         self.open_window()
         self.assertAlmostEqual(self.session.x + 550, 640, delta=2)
-        self.assertAlmostEqual(self.session.y + 360, 450, delta=30)
+        self.assertAlmostEqual(self.session.y + (720 - self.session.menu_bar_height) / 2, 450, delta=30)
         self.quit_and_expect_silence()
 
 
