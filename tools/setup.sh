@@ -13,7 +13,7 @@ packages_to_run=(
 packages_to_test=(
     "${packages_to_run[@]}"
     libgtest-dev libgmock-dev libbenchmark-dev
-    xvfb xdotool openbox x11-utils x11-xkb-utils dbus python3
+    xvfb xdotool openbox x11-utils x11-xkb-utils dbus python3 trash-cli
 )
 
 log=$root/build/log.txt
