@@ -72,6 +72,12 @@ inline PreviewItem itemAt(const std::string& path, const std::string& detail = "
     return {.path = path, .name = path.substr(path.rfind('/') + 1), .detail = detail};
 }
 
+/// For threads that may outlive their test, so it is never destroyed.
+inline QtMainQueue& previewQueue() {
+    static QtMainQueue& queue = *new QtMainQueue;
+    return queue;
+}
+
 class PreviewPanelFixture : public testing::Test {
 protected:
     PreviewPanelFixture() {
@@ -79,8 +85,6 @@ protected:
         owner->centerAndShow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(ownersWindow()));
     }
-
-    ~PreviewPanelFixture() override { queue.close(); }
 
     QtPreviewPanel& open(QtPreviewPanel& panel) {
         panel.setDataSource(source);
@@ -106,7 +110,7 @@ protected:
         return window.shown() == window.facts() && window.facts()->lines().value(0) == name;
     }
 
-    QtMainQueue& queue = *new QtMainQueue;  // threads may outlive the test
+    QtMainQueue& queue = previewQueue();
     std::shared_ptr<FakeSource> source = std::make_shared<FakeSource>();
     std::shared_ptr<RecordingView> root = std::make_shared<RecordingView>();
     std::unique_ptr<Window> owner = application().makeWindow({"Owner", {1100, 720}, {100, 100}, {}});
