@@ -202,6 +202,21 @@ TEST_F(CopyItem, leavesNothingWhenAFileCannotBeRead) {
     EXPECT_THAT(names(), ElementsAre("tree"));
 }
 
+TEST_F(CopyItem, keepsOwnerAndGroupOfFilesFoldersAndLinksForRoot) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can give files away";
+    makeTree();
+    for (const char* const name : {"tree/file", "tree/inner", "tree/link", "tree"}) {
+        ASSERT_EQ(::lchown(folder.path(name).c_str(), 12345, 23456), 0);
+    }
+    ASSERT_EQ(copy("tree", "copy"), std::error_code());
+    for (const char* const name : {"copy/file", "copy/inner", "copy/link", "copy"}) {
+        struct stat status {};
+        ASSERT_EQ(::lstat(folder.path(name).c_str(), &status), 0);
+        EXPECT_EQ(status.st_uid, 12345U) << name;
+        EXPECT_EQ(status.st_gid, 23456U) << name;
+    }
+}
+
 TEST_F(CopyItem, dropsTheBitsThatLendAnotherUsersIdentity) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make files of other users";
     const std::string file = folder.makeFile("file");

@@ -153,7 +153,14 @@ struct LeafCopy {
 std::error_code copyAttributes(const SystemCalls& calls, int from, const struct stat& status, int to) {
     if (const std::error_code error = copyExtendedAttributes(calls, from, to)) return error;
     struct stat copy {};
-    if (calls("fstat", [&] { return ::fstat(to, &copy); }) != 0) return lastError();
+    const auto lookAtCopy = [&] { return calls("fstat", [&] { return ::fstat(to, &copy); }) == 0; };
+    if (!lookAtCopy()) return lastError();
+    if (status.st_uid != copy.st_uid || status.st_gid != copy.st_gid) {
+        setOwner(status, [&](uid_t user, gid_t group) {
+            return calls("fchown", [&] { return ::fchown(to, user, group); });
+        });
+        if (!lookAtCopy()) return lastError();
+    }
     const mode_t mode = permissionsFor(status, copy);
     if (const auto error = unlessUnsupported(outcome(calls("fchmod", [&] { return ::fchmod(to, mode); })))) {
         return error;
