@@ -86,6 +86,15 @@ TEST_F(CopyItem, keepsHoles) {
     EXPECT_EQ(contentOf(folder.path("copy")), contentOf(file));
 }
 
+TEST_F(CopyItem, doesNotBelieveThatAFileWithBlocksIsAllHole) {
+    const std::string file = folder.makeFile("file", std::string(10'000, 'x'));
+    const FileOperations wrong(SystemCalls([](std::string_view name) {
+        return name == "ioctl" ? EOPNOTSUPP : name == "lseek" ? ENXIO : 0;
+    }));
+    ASSERT_EQ(wrong.copyItem(file, folder.path("copy")), std::error_code());
+    EXPECT_EQ(contentOf(folder.path("copy")), contentOf(file));
+}
+
 TEST_F(CopyItem, copiesTheSameWayWhereTheKernelCannotHelp) {
     const std::string file = folder.makeFile("file", std::string(700'000, 'x') + "end");
     for (const char* const call : {"ioctl", "copy_file_range", "lseek"}) {

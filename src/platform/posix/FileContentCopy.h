@@ -1,14 +1,14 @@
 #pragma once
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
 #include "platform/posix/SystemCalls.h"
 
 namespace vantrel {
 
 /// Copies the content of one open file into another, empty one: by sharing its blocks, else inside the
-/// kernel, else through a buffer; holes stay holes. `size` is the file's size; a file that has become shorter
+/// kernel, else through a buffer; holes stay holes. `status` is the original's; a file that has become shorter
 /// is copied as far as it goes, one of size 0 (as those in /proc say) up to its end.
-std::error_code copyContent(const SystemCalls& calls, int from, int to, off_t size);
+std::error_code copyContent(const SystemCalls& calls, int from, int to, const struct stat& status);
 
 }  // namespace vantrel

@@ -98,7 +98,7 @@ struct LeafCopy {
                             0600);
         }));
         if (!to) return lastError();
-        if (const auto error = copyContent(calls, from.number(), to.number(), opened.st_size)) return error;
+        if (const auto error = copyContent(calls, from.number(), to.number(), opened)) return error;
         if (const auto error = copyAttributes(calls, from.number(), opened, to.number())) return error;
         // Some file systems tell of a full disk only now. Not through the gate: it must not be repeated.
         return outcome(::close(to.release()));
