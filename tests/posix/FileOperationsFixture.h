@@ -47,11 +47,6 @@ inline SystemCalls callsAfter(std::string name, std::function<void()> action) {
     });
 }
 
-/// A place in memory where there is one: for tests that repeat an operation hundreds of times.
-inline std::string quickPlace() {
-    return ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : std::filesystem::temp_directory_path().string();
-}
-
 class FileOperationsFixture : public testing::Test {
 protected:
     FileOperationsFixture() = default;

@@ -122,6 +122,10 @@ std::string TemporaryFolder::makeDeepFolder(std::size_t depth, std::string_view 
     return innermost;
 }
 
+std::string quickPlace() {
+    return ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : std::filesystem::temp_directory_path().string();
+}
+
 std::string contentOf(const std::string& path) {
     const Result<FileDescriptor> file = openPath(path, O_RDONLY | O_NONBLOCK);
     EXPECT_TRUE(file) << path << ": " << file.error().message();

@@ -34,6 +34,9 @@ private:
     std::string path_;
 };
 
+/// A place in memory where there is one: for tests that repeat an operation hundreds of times.
+std::string quickPlace();
+
 /// All bytes of a file of any path length; a failed expectation when it cannot be read.
 std::string contentOf(const std::string& path);
 

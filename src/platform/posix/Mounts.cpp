@@ -50,7 +50,7 @@ bool isInMemoryOnly(int folder) {
 std::uint64_t mountOf(int folder) {
 #ifdef STATX_MNT_ID
     struct statx extended {};
-    if (::statx(folder, "", AT_EMPTY_PATH, STATX_MNT_ID, &extended) == 0 &&
+    if (uninterrupted([&] { return ::statx(folder, "", AT_EMPTY_PATH, STATX_MNT_ID, &extended); }) == 0 &&
         (extended.stx_mask & STATX_MNT_ID) != 0) {
         return extended.stx_mnt_id;
     }
