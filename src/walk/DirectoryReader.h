@@ -30,8 +30,9 @@ struct Measure {
 
 enum class EndMark : std::uint8_t { unknown, trusted, none };
 
-/// What a walk has learned about its file system. Shared by the threads of the walk.
+/// What a walk has learned about its file system and the kernel. Shared by the threads of the walk.
 struct Volume {
+    std::atomic<bool> hasOpenat2{true};  ///< false once the kernel or a sandbox has shown that it has none
     std::atomic<EndMark> endMark{EndMark::unknown};  ///< whether a batch of names tells that it is the last
     std::atomic<bool> sparesAccessTimes{
         true};  ///< false once the system has refused to leave a folder's alone

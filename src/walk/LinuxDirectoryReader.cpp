@@ -26,9 +26,6 @@ constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 constexpr int placeFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 constexpr std::size_t batchBytes = 64 * 1024;
 
-// False once the kernel or a sandbox has shown that it has no openat2.
-std::atomic<bool> hasOpenat2{true};
-
 Result<FileDescriptor> openat2Within(int base, const char* path, int flags) {
     open_how how{};
     how.flags = static_cast<std::uint64_t>(flags);
@@ -45,8 +42,8 @@ Result<FileDescriptor> openat2Within(int base, const char* path, int flags) {
 }
 
 // `name` in `base`, not through a link, not into another file system.
-Result<FileDescriptor> openWithin(int base, const char* name, int flags) {
-    if (hasOpenat2.load(std::memory_order_relaxed)) {
+Result<FileDescriptor> openWithin(int base, const char* name, int flags, Volume& volume) {
+    if (volume.hasOpenat2.load(std::memory_order_relaxed)) {
         auto opened = openat2Within(base, name, flags | O_NOFOLLOW);
         if (opened) return opened;
         const auto error = opened.error();
@@ -54,7 +51,7 @@ Result<FileDescriptor> openWithin(int base, const char* name, int flags) {
         if (error != std::errc::function_not_supported && error != std::errc::operation_not_permitted)
             return opened;
         auto fallback = openOnSameDevice(base, name, flags);
-        if (fallback) hasOpenat2.store(false, std::memory_order_relaxed);
+        if (fallback) volume.hasOpenat2.store(false, std::memory_order_relaxed);
         return fallback;
     }
     return openOnSameDevice(base, name, flags);
@@ -99,14 +96,15 @@ Result<FileDescriptor> LinuxDirectoryReader::openRoot(const std::string& path, V
 }
 
 Result<FileDescriptor> LinuxDirectoryReader::openFolder(int parent, const char* name, Volume& volume) {
-    return sparingAccessTimes(volume, [&](int flags) { return openWithin(parent, name, flags); });
+    return sparingAccessTimes(volume, [&](int flags) { return openWithin(parent, name, flags, volume); });
 }
 
 Result<FileDescriptor> LinuxDirectoryReader::openBelow(int ancestor, const std::string& relativePath,
-                                                       Volume&) {
-    const std::size_t longestPiece = hasOpenat2.load(std::memory_order_relaxed) ? PATH_MAX - 1 : 0;
-    return openInPieces(ancestor, relativePath, longestPiece,
-                        [](int base, const char* piece) { return openWithin(base, piece, placeFlags); });
+                                                       Volume& volume) {
+    const std::size_t longestPiece = volume.hasOpenat2.load(std::memory_order_relaxed) ? PATH_MAX - 1 : 0;
+    return openInPieces(ancestor, relativePath, longestPiece, [&](int base, const char* piece) {
+        return openWithin(base, piece, placeFlags, volume);
+    });
 }
 
 Result<std::unique_ptr<DirectoryStream>> LinuxDirectoryReader::beginReading(int) {
