@@ -1,5 +1,7 @@
 #pragma once
 
+#include <dirent.h>
+
 #include <cerrno>
 #include <system_error>
 
@@ -12,6 +14,16 @@ auto uninterrupted(Call call) {
     for (;;) {
         const auto answer = call();
         if (answer != -1 || errno != EINTR) return answer;
+    }
+}
+
+/// readdir(3), again whenever a signal interrupted it. Null with errno 0 at the end of the folder, null with
+/// the reason in errno on failure.
+inline const dirent* nextEntry(DIR* stream) {
+    for (;;) {
+        errno = 0;
+        const dirent* const entry = ::readdir(stream);
+        if (entry != nullptr || errno != EINTR) return entry;
     }
 }
 

@@ -112,7 +112,7 @@ Result<std::unique_ptr<DirectoryStream>> LinuxDirectoryReader::beginReading(int)
 }
 
 bool LinuxDirectoryReader::read(int folder, DirectoryStream*) {
-    const auto size = ::getdents64(folder, batch_.get(), batchBytes);
+    const auto size = uninterrupted([&] { return ::getdents64(folder, batch_.get(), batchBytes); });
     used_ = size > 0 ? static_cast<std::size_t>(size) : 0;
     position_ = 0;
     lastPosition_ = 0;
@@ -175,7 +175,8 @@ bool LinuxDirectoryReader::next(Entry& entry) {
 
 bool LinuxDirectoryReader::measure(int folder, const char* name, Measure& measure) {
     struct stat status;
-    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0) return false;
+    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+    if (uninterrupted([&] { return ::fstatat(folder, name, &status, flags); }) != 0) return false;
     measure = measureOf(status);
     return true;
 }

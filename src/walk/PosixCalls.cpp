@@ -8,7 +8,7 @@ namespace vantrel::walking {
 
 std::optional<Identity> identify(int descriptor) {
     struct stat status;
-    if (::fstat(descriptor, &status) != 0) return std::nullopt;
+    if (uninterrupted([&] { return ::fstat(descriptor, &status); }) != 0) return std::nullopt;
     return Identity{status.st_dev, status.st_ino};
 }
 

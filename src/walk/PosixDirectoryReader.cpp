@@ -22,7 +22,7 @@ class PosixDirectoryStream final : public DirectoryStream {
 public:
     explicit PosixDirectoryStream(DIR* stream) : stream_(stream) {}
     ~PosixDirectoryStream() override { ::closedir(stream_); }
-    const dirent* next() { return ::readdir(stream_); }
+    const dirent* next() { return nextEntry(stream_); }
 
 private:
     DIR* stream_;
@@ -115,7 +115,8 @@ bool PosixDirectoryReader::next(Entry& entry) {
 
 bool PosixDirectoryReader::measure(int folder, const char* name, Measure& measure) {
     struct stat status;
-    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
+    if (uninterrupted([&] { return ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW); }) != 0)
+        return false;
     measure = measureOf(status);
     return true;
 }

@@ -87,10 +87,7 @@ Result<std::vector<DirectoryEntry>> PosixFileManager::contentsOfDirectory(const 
     if (!stream) return stream.error();
     DIR* const directory = stream.value().get();
     std::vector<DirectoryEntry> entries;
-    for (;;) {
-        errno = 0;
-        const dirent* const read = ::readdir(directory);
-        if (read == nullptr) break;
+    while (const dirent* const read = nextEntry(directory)) {
         if (isSelfOrParent(read->d_name) || !wanted(read->d_name)) continue;
         entries.push_back(entryNamed(read->d_name, ::dirfd(directory)));
     }
