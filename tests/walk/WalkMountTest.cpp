@@ -1,56 +1,19 @@
-#include <fcntl.h>
-#include <sched.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <fstream>
-
+#include "support/OwnNamespaces.h"
+#include "walk/ForwardingReader.h"
 #include "walk/WalkFixture.h"
 
 namespace vantrel::test {
 namespace {
 
-// Mount points are made in a process of its own, in namespaces of its own, so that nobody else sees them and
-// none stays behind.
-enum class Verdict : int { passed, failed, notPermitted };
-
-bool enterOwnNamespaces() {
-    const auto user = ::getuid();
-    const auto group = ::getgid();
-    if (::unshare(CLONE_NEWNS) != 0) {
-        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
-        std::ofstream("/proc/self/setgroups") << "deny";
-        std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
-        std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
-    }
-    return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-}
-
-bool mountOwnFileSystem(const std::string& where) {
-    return ::mount("tmpfs", where.c_str(), "tmpfs", 0, "size=1m") == 0;
-}
-
 class WalkMounts : public EveryReader {
 protected:
-    // Calls `body` in the process with its own mounts; it answers whether the walk did right.
-    template <class Body>
-    void inOwnNamespaces(Body body) {
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            auto verdict = Verdict::notPermitted;
-            if (enterOwnNamespaces() && mountOwnFileSystem(folder.path("mounted"))) {
-                verdict = body() && !HasFailure() ? Verdict::passed : Verdict::failed;
-            }
-            ::_exit(static_cast<int>(verdict));
-        }
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFEXITED(status));
-        if (WEXITSTATUS(status) == static_cast<int>(Verdict::notPermitted))
-            GTEST_SKIP() << "this system does not let the test mount anything";
-        EXPECT_EQ(WEXITSTATUS(status), static_cast<int>(Verdict::passed));
+    /// Calls `body`, which answers whether the walk did right, with a file system at "mounted".
+    void inOwnNamespaces(const std::function<bool()>& body) const {
+        test::inOwnNamespaces(
+            folder, Privileges::mounting, [this] { return mountMemory(folder.path("mounted"), "size=1m"); },
+            [&] { EXPECT_TRUE(body()); });
     }
 };
 VANTREL_FOR_EVERY_READER(WalkMounts);
@@ -82,6 +45,23 @@ TEST_P(WalkMounts, aRootThatIsAMountPointIsWalked) {
         folder.makeFolder("mounted/sub");
         const auto bytes = allocatedBytes(folder.makeFile("mounted/sub/inside", "x"));
         return bytes > 0 && walk(folder.path("mounted")) == finished(bytes, 1);
+    });
+}
+
+TEST_P(WalkMounts, aFileSystemUnmountedWhileItIsWalkedIsWalkedToItsEnd) {
+    folder.makeFolder("mounted");
+    inOwnNamespaces([&] {
+        for (const char* const name : {"mounted/a", "mounted/a/b", "mounted/c"}) folder.makeFolder(name);
+        for (const char* const name : {"mounted/a/1", "mounted/a/b/2", "mounted/c/3"}) folder.makeFile(name);
+        Gate gate;
+        auto gated = options();
+        gated.makeReader = disturbed<GatedReader>(GetParam(), &gate);
+        WalkPool pool(clock, gated);
+        const SubmittedWalk walk = submit(pool, folder.path("mounted"));
+        const bool isUnderWay = gate.waitForArrivals(1);
+        const bool isGone = ::umount2(folder.path("mounted").c_str(), MNT_DETACH) == 0;
+        gate.open();
+        return isUnderWay && isGone && walk.record->waitForEnd() == finished(0, 3);
     });
 }
 
