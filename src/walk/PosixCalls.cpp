@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
+
 #include "platform/SystemCall.h"
 
 namespace vantrel::walking {
@@ -32,7 +34,11 @@ Measure measureOf(const struct stat& status) {
     constexpr std::int64_t blockSize = 512;  // the unit of st_blocks on every system this runs on
     if (S_ISDIR(status.st_mode)) return {EntryKind::folder, 0};
     if (S_ISLNK(status.st_mode)) return {EntryKind::link, 0};
-    return {EntryKind::other, static_cast<std::int64_t>(status.st_blocks) * blockSize};
+    std::int64_t bytes = 0;
+    // A server may answer anything; what cannot be a number of blocks counts as unknown.
+    if (status.st_blocks < 0 || __builtin_mul_overflow(std::int64_t{status.st_blocks}, blockSize, &bytes))
+        bytes = std::max<std::int64_t>(status.st_size, 0);
+    return {EntryKind::other, bytes};
 }
 
 }  // namespace vantrel::walking

@@ -25,7 +25,7 @@ bool isDescriptorShortage(const std::error_code& error);
 /// The folder `name` in `parent`, opened with `flags` and O_NOFOLLOW; EXDEV if it lies on another device.
 Result<FileDescriptor> openOnSameDevice(int parent, const char* name, int flags);
 
-/// Kind and allocated size out of a stat structure.
+/// Kind and allocated size out of a stat structure; its length where no number of blocks is known.
 Measure measureOf(const struct stat& status);
 
 /// Opens `path` piece by piece, each relative to the one before: `open(base, piece)` gets pieces of at most
