@@ -5,6 +5,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
+#include "platform/posix/StandardDescriptors.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ constexpr const char* help =
 }  // namespace
 
 int main(int argc, char** argv) {
+    vantrel::occupyStandardDescriptors();
     const std::vector<std::string> arguments(argv, argv + argc);
     if (arguments.size() == 2 && arguments[1] == "--help") return std::fputs(help, stdout) < 0 ? 1 : 0;
     if (arguments.size() == 2 && arguments[1] == "--version")

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/posix/CoarseClock.h"
+#include "platform/posix/StandardDescriptors.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/FolderSizes.h"
 #include "sizes/Interruption.h"
@@ -102,6 +103,7 @@ struct Answer {
 }  // namespace vantrel::sizes
 
 int main(int argc, char** argv) {
+    vantrel::occupyStandardDescriptors();
     const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
     return std::visit(vantrel::sizes::Answer(), vantrel::sizes::parseArguments(arguments));
 }

@@ -15,6 +15,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
+#include "platform/posix/StandardDescriptors.h"
 #include "snapshot/SnapshotOptions.h"
 
 namespace vantrel {
@@ -102,6 +103,7 @@ int run(const char* programName, const SnapshotOptions& options) {
 }  // namespace vantrel
 
 int main(int argc, char** argv) {
+    vantrel::occupyStandardDescriptors();
     const std::vector<std::string> arguments(argv, argv + argc);
     if (arguments.size() == 2 && arguments[1] == "--help")
         return std::fputs(vantrel::help, stdout) < 0 ? 1 : 0;

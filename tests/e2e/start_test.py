@@ -4,6 +4,7 @@ import os
 import subprocess
 import unittest
 
+from panels import left_and_right
 from session import until
 from window_case import WindowCase
 
@@ -77,6 +78,23 @@ class Start(WindowCase):
         self.session.keys("F10")
         status, _, errors = self.session.end()
         self.assertEqual((status, errors), (0, ""))
+
+    def test_opens_although_it_is_started_without_standard_descriptors(self):
+        self.session.make_tree("home", 5)
+        gone = self.session.make_folder("gone")
+        self.session.open_display()
+        vantrel = os.path.join(self.session.programs, "vantrel")
+        self.session.start_command(["sh", "-c", f'exec "{vantrel}" "$1" <&- >&- 2>&-', "sh", gone])
+        self.session.wait_for_window()
+        self.left, self.right = left_and_right(self.session)
+        self.right.expect_rows(5)
+        for number in range(3):
+            self.assertEqual(os.readlink(f"/proc/{self.session.program.pid}/fd/{number}"), "/dev/null")
+        os.rmdir(gone)
+        self.session.keys("ctrl+r")  # its line goes nowhere, above all not to the X server
+        self.session.keys("Tab")
+        self.right.expect_cursor(1, "active")
+        self.quit_and_expect_silence()
 
     def test_a_folder_that_cannot_be_read_costs_one_line_on_standard_output(self):
         file = self.session.make_file("plain", 3)

@@ -61,6 +61,15 @@ TEST_F(SizesProgram, refusesUnknownOptions) {
     EXPECT_EQ(answer.exitStatus, 2);
 }
 
+TEST_F(SizesProgram, writesItsOutputIntoNothingOfItsOwnWhenItIsStartedWithoutStandardDescriptors) {
+    const Answer noOutput = runIn(folder, "--bytes b <&- >&-");
+    EXPECT_EQ(noOutput.output, "vantrel-sizes: standard output: Bad file descriptor\n");
+    EXPECT_EQ(noOutput.exitStatus, 1);
+    const Answer noInputNorErrors = runIn(folder, "--bytes b <&- 2>&-");
+    EXPECT_EQ(noInputNorErrors.output, "0\t3\tb\n");
+    EXPECT_EQ(noInputNorErrors.exitStatus, 0);
+}
+
 TEST_F(SizesProgram, saysWhenItsOutputCannotBeWritten) {
     if (::access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full here";
     const Answer answer = runIn(folder, "--bytes b >/dev/full");

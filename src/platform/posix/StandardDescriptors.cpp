@@ -1,0 +1,20 @@
+#include "platform/posix/StandardDescriptors.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "platform/SystemCall.h"
+
+namespace vantrel {
+
+void occupyStandardDescriptors() {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(number, F_GETFD) != -1 || errno != EBADF) continue;
+        // The wrong way round: input to be written to, output to be read from. Takes the lowest free number,
+        // which is this one; programs started later inherit it like any other standard descriptor.
+        const int direction = number == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        if (uninterrupted([&] { return ::open("/dev/null", direction); }) == -1) return;
+    }
+}
+
+}  // namespace vantrel
