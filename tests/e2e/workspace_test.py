@@ -339,5 +339,110 @@ class ATerminal(WorkspaceCase):
         self.assertEqual(self.notes(), [])
 
 
+class HostileNames(WorkspaceCase):
+    """Names that a shell, an option parser, a desktop entry, a URL or a terminal would take for something else."""
+
+    NAMES = [
+        b"-rf",
+        b"--help",
+        b"$(touch owned)",
+        b"`touch owned`",
+        b"; touch owned",
+        b"&& touch owned",
+        b"| tee owned",
+        b"> owned",
+        b"it's \"quoted\"",
+        b"new\nline",
+        b"%20",
+        b"%f %U %%",
+        b"caf\xe9 \xff",
+        b"*",
+        b"back\\slash",
+        b"~root",
+        b"$HOME",
+        b"\x1b]0;title\x07",
+        b"http:",
+        b"a?b#c&d",
+        b" ",
+        b"\xe2\x80\xaegnp.exe",
+    ]
+
+    def setUp(self):
+        super().setUp()
+        self.names = [name + b".txt" for name in self.NAMES]
+        self.folder = os.fsencode(self.session.make_folder("hostile"))
+
+    @staticmethod
+    def content(name):
+        """Text, so that the application for text opens it."""
+        return name.hex().encode()
+
+    def make_files(self):
+        for name in self.names:
+            with open(self.folder + b"/" + name, "wb") as file:
+                file.write(self.content(name))
+
+    def expect_nothing_ran(self):
+        for folder, _, names in os.walk(self.session.folder):
+            self.assertNotIn("owned", names, folder)
+
+    def open_the_rows(self, *keys):
+        """Presses the keys on every row in turn, and waits for a program after each row."""
+        self.open_window_on(self.folder)
+        for count in range(1, len(self.names) + 1):
+            self.session.keys(*keys)
+            until(lambda count=count: len(self.notes()) == count, f"program {count} is started")
+            self.session.keys("Down")
+
+    def test_each_file_reaches_the_default_application_as_itself(self):
+        self.make_files()
+        self.install_default_application("viewer")
+        self.open_the_rows("Return")
+        arguments = [[bytes.fromhex(argument) for argument in note["arguments"]] for note in self.notes()]
+        self.assertEqual(sorted(arguments), sorted([self.folder + b"/" + name] for name in self.names))
+        self.expect_nothing_ran()
+        self.quit_and_expect_silence()
+
+    def test_each_file_reaches_xdg_open_as_itself(self):
+        self.make_files()
+        self.install("xdg-open")
+        self.open_the_rows("F4")
+        arguments = [[bytes.fromhex(argument) for argument in note["arguments"]] for note in self.notes()]
+        self.assertEqual(sorted(arguments), sorted([self.url_of(self.folder + b"/" + name)] for name in self.names))
+        self.expect_nothing_ran()
+        self.quit_and_expect_silence()
+
+    def test_each_folder_reaches_terminal_and_file_browser_as_itself(self):
+        for name in self.names:
+            os.mkdir(self.folder + b"/" + name)
+        self.install("xterm")
+        self.provide_file_manager("shown")
+        self.start_bus()
+        self.open_the_rows("Return", "ctrl+o", "ctrl+t", "BackSpace")
+        folders = [bytes.fromhex(note["folder"]) for note in self.notes()]
+        self.assertEqual(sorted(folders), sorted(self.folder + b"/" + name for name in self.names))
+        urls = sorted(self.url_of(self.folder + b"/" + name).decode() for name in self.names)
+        until(lambda: all(url in self.shown() for url in urls), "every folder is shown")
+        self.expect_nothing_ran()
+        self.quit_and_expect_silence()
+
+    def test_each_file_goes_to_the_trash_as_itself(self):
+        self.make_files()
+        self.open_window_on(self.folder)
+        trash = os.fsencode(self.session.path("data/Trash"))
+        for count in range(1, len(self.names) + 1):
+            self.session.keys("F8", "Return")
+            until(lambda count=count: len(os.listdir(self.folder)) == len(self.names) - count, f"{count} are trashed")
+        self.assertEqual(sorted(os.listdir(trash + b"/files")), sorted(self.names))
+        for name in self.names:
+            with open(trash + b"/files/" + name, "rb") as file:
+                self.assertEqual(file.read(), self.content(name))
+            with open(trash + b"/info/" + name + b".trashinfo", "rb") as file:
+                (path,) = re.findall(rb"^Path=(.*)$", file.read(), re.MULTILINE)
+            self.assertEqual(urllib.parse.unquote_to_bytes(path), self.folder + b"/" + name)
+        self.expect_nothing_ran()
+        self.quit_and_expect_silence()
+
+
 if __name__ == "__main__":
     unittest.main()
