@@ -5,9 +5,19 @@ target_compile_options(vantrel_options INTERFACE -Wall -Wextra -Wpedantic -Werro
 target_link_libraries(vantrel_options INTERFACE Threads::Threads)
 # Bounds of containers are checked in release builds as well: a programming error stops the program.
 target_compile_definitions(vantrel_options INTERFACE _GLIBCXX_ASSERTIONS)
-
 if(VANTREL_SANITIZE)
   target_compile_options(vantrel_options INTERFACE -fsanitize=${VANTREL_SANITIZE} -fno-omit-frame-pointer
                                                    -fno-sanitize-recover=all)
   target_link_options(vantrel_options INTERFACE -fsanitize=${VANTREL_SANITIZE})
+endif()
+
+# For the programs, not for their tests: what a file manager opens comes from anywhere, and an overrun ends the
+# program instead of running on.
+add_library(vantrel_hardening INTERFACE)
+add_library(vantrel::hardening ALIAS vantrel_hardening)
+set(optimized "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+target_compile_options(vantrel_hardening INTERFACE $<${optimized}:-fstack-protector-strong>)
+target_compile_definitions(vantrel_hardening INTERFACE $<${optimized}:_FORTIFY_SOURCE=2>)
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  target_link_options(vantrel_hardening INTERFACE $<${optimized}:LINKER:-z,relro,-z,now>)
 endif()
