@@ -5,7 +5,7 @@
 # To build and to run the program.
 packages_to_run=(
     g++ cmake ninja-build pkg-config ccache
-    qt6-base-dev libicu-dev libglib2.0-dev
+    qt6-base-dev qt6-pdf-dev libicu-dev libglib2.0-dev
     fonts-dejavu-core fonts-noto-color-emoji
 )
 
@@ -14,6 +14,7 @@ packages_to_test=(
     "${packages_to_run[@]}"
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xdotool openbox x11-utils x11-xkb-utils dbus python3 trash-cli
+    dpkg-dev file lintian appstream desktop-file-utils shared-mime-info libglib2.0-bin
 )
 
 log=$root/build/log.txt

@@ -29,7 +29,9 @@ constexpr const char* help =
     "\n"
     "  --size WxH   size of the window's content in points, 1100x720 by default\n"
     "  --scale N    pixels per point, 1 by default\n"
-    "  --press KEY  a key to press before, such as F5 or Down; may be repeated\n";
+    "  --press KEY  a key to press before, such as F5 or Down; may be repeated\n"
+    "  --help       show this text and leave\n"
+    "  --version    show the version and leave\n";
 
 constexpr std::chrono::minutes patience{5};
 
@@ -107,6 +109,8 @@ int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv, argv + argc);
     if (arguments.size() == 2 && arguments[1] == "--help")
         return std::fputs(vantrel::help, stdout) < 0 ? 1 : 0;
+    if (arguments.size() == 2 && arguments[1] == "--version")
+        return std::puts("vantrel-snapshot " VANTREL_VERSION) < 0 ? 1 : 0;
     const auto options = vantrel::parseSnapshotOptions(arguments);
     if (!options) {
         std::fputs(vantrel::help, stderr);
