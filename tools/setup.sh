@@ -2,11 +2,12 @@
 # Sourced by ./run and ./test: which Debian packages the work needs, and how to build.
 # The caller has set `root` to the project's folder.
 
-# To build and to run the program.
+# To build and to run the program, and to make a package of it.
 packages_to_run=(
     g++ cmake ninja-build pkg-config ccache
     qt6-base-dev qt6-pdf-dev libicu-dev libglib2.0-dev
     fonts-dejavu-core fonts-noto-color-emoji
+    dpkg-dev file
 )
 
 # To build and run all of its tests as well.
@@ -14,7 +15,12 @@ packages_to_test=(
     "${packages_to_run[@]}"
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xdotool openbox x11-utils x11-xkb-utils dbus python3 trash-cli
-    dpkg-dev file lintian appstream desktop-file-utils shared-mime-info libglib2.0-bin
+    lintian appstream desktop-file-utils shared-mime-info libglib2.0-bin
+)
+
+# For tools/tidy and tools/pictures, besides those.
+packages_to_contribute=(
+    clang-tidy-14 imagemagick
 )
 
 log=$root/build/log.txt
