@@ -11,6 +11,10 @@ bool liesOnItsSide(const QImageReader& reader) {
     return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
 }
 
+qint64 pixelsIn(const QSize& size) {
+    return qint64{size.width()} * size.height();
+}
+
 QSize fitting(const QSize& size, const QSize& box) {
     if (size.width() <= box.width() && size.height() <= box.height()) return size;
     return size.scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
@@ -24,11 +28,12 @@ std::optional<ImageBody> decodeImage(StoppableFile& file, const QSize& box) {
     QImageReader reader(&file);
     if (!reader.canRead()) return std::nullopt;
     if (file.isStopped()) return std::nullopt;
-    // libpng prints a message when its data ends early, and nobody can keep it from that.
-    if (reader.format() == "png") file.ignoreStop();
+    QSize fullSize = reader.size();
+    // libpng prints a message when its data ends early, and nobody can keep it from that. But few bytes may
+    // stand for so many pixels that it would go on for minutes.
+    if (reader.format() == "png" && pixelsIn(fullSize) <= mostPixelsReadOn) file.ignoreStop();
     reader.setAutoTransform(true);
     const bool isTurned = liesOnItsSide(reader);
-    QSize fullSize = reader.size();
     // The reader scales before it turns.
     if (fullSize.isValid()) reader.setScaledSize(fitting(fullSize, isTurned ? box.transposed() : box));
     QImage image = reader.read();
