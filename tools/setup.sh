@@ -16,6 +16,7 @@ packages_to_test=(
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xdotool openbox x11-utils x11-xkb-utils dbus python3 trash-cli
     lintian appstream desktop-file-utils shared-mime-info libglib2.0-bin
+    at-spi2-core gir1.2-atspi-2.0 python3-gi
 )
 
 # For tools/tidy and tools/pictures, besides those.

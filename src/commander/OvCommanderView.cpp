@@ -42,6 +42,8 @@ void OvCommanderView::setup() {
     const auto self = std::static_pointer_cast<OvCommanderView>(shared_from_this());
     leftPanel_->delegate = self;
     rightPanel_->delegate = self;
+    leftPanel_->accessibleTitle = "Left panel";
+    rightPanel_->accessibleTitle = "Right panel";
     addSubview(leftPanel_);
     addSubview(rightPanel_);
     setActive(*leftPanel_);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "commander/CommanderAccessible.h"
 #include "dialog/OvDialogDelegate.h"
 #include "dialog/OvDialogOverlayView.h"
 #include "panel/OvPanelView.h"
@@ -73,6 +74,13 @@ public:
     void showHelpDialog();
     void quit();
 
+    /// The command of the function-key cell at that place in `fnButtons`.
+    void runFnCommand(std::size_t index);
+
+    /// The prompt line: what it says and where.
+    std::string promptLine() const;
+    Rect promptBar() const;
+
     /// The open dialog, null when there is none. A new one replaces it without a word to it.
     const std::shared_ptr<OvDialogOverlayView>& dialogOverlay() const { return dialogOverlay_; }
     void presentDialog(DialogType type);
@@ -81,6 +89,7 @@ public:
 
     // View.
     void draw(Canvas& canvas) override;
+    Accessible* accessible() override { return &accessible_; }
     bool acceptsFirstResponder() const override { return true; }
     EventResult keyDown(const KeyEvent& event) override;
     EventResult mouseDown(const MouseEvent& event) override;
@@ -113,7 +122,6 @@ private:
     EventResult handleFunctionKey(const KeyEvent& event);
     EventResult quickSearch(const KeyEvent& event);
     EventResult closePreview(const KeyEvent& event);
-    void runFnCommand(std::size_t index);
 
     std::shared_ptr<FileItem> selectedEntry() const;
     std::shared_ptr<FileItem> selectedFile() const;
@@ -127,7 +135,7 @@ private:
     void carryOut(const dialog::Help&, const std::optional<std::string>&) {}
 
     void drawTopMenuBar(Canvas& canvas, double width) const;
-    void drawPromptBar(Canvas& canvas, double width, double height) const;
+    void drawPromptBar(Canvas& canvas) const;
     void drawBottomFnBar(Canvas& canvas) const;
     void drawFnCell(Canvas& canvas, const FnButton& button) const;
 
@@ -140,6 +148,7 @@ private:
     const Font retroFont_;
     const Font boldRetroFont_;
     std::vector<FnButton> fnButtons_;
+    CommanderAccessible accessible_{*this};
 };
 
 }  // namespace vantrel

@@ -26,7 +26,7 @@ constexpr std::string_view menuTitle = "Vantrel Commander";
 void OvCommanderView::draw(Canvas& canvas) {
     canvas.fill(bounds(), OvPalette::dosBlue);
     drawTopMenuBar(canvas, bounds().width);
-    drawPromptBar(canvas, bounds().width, bounds().height);
+    drawPromptBar(canvas);
     drawBottomFnBar(canvas);
 }
 
@@ -47,15 +47,22 @@ void OvCommanderView::drawTopMenuBar(Canvas& canvas, double width) const {
     drawAt(menuTitle, width - titleWidth - menuMargin, OvPalette::dosDarkBlue);
 }
 
-void OvCommanderView::drawPromptBar(Canvas& canvas, double width, double height) const {
-    const double top = height - bottomFnBarHeight - promptBarHeight;
-    canvas.fill({0, top, width, promptBarHeight}, OvPalette::dosBlue);
+std::string OvCommanderView::promptLine() const {
     std::string path = activePanel().currentPath();
     const std::string home = desktop_.process.homeDirectory();
     if (path.starts_with(home)) path.replace(0, home.size(), "~");
-    const std::string prompt =
-        text::shownText(desktop_.process.userName()) + "@Mac:" + text::shownText(path) + "$ █";
-    canvas.text(prompt, {promptTextX, top + promptTextTop, width - 2 * promptTextX, promptBarHeight},
+    return text::shownText(desktop_.process.userName()) + "@Mac:" + text::shownText(path) + "$ ";
+}
+
+Rect OvCommanderView::promptBar() const {
+    return {0, bounds().height - bottomFnBarHeight - promptBarHeight, bounds().width, promptBarHeight};
+}
+
+void OvCommanderView::drawPromptBar(Canvas& canvas) const {
+    const Rect bar = promptBar();
+    canvas.fill(bar, OvPalette::dosBlue);
+    canvas.text(promptLine() + "█",
+                {promptTextX, bar.y + promptTextTop, bar.width - 2 * promptTextX, promptBarHeight},
                 boldRetroFont_, OvPalette::dosBrightWhite);
 }
 

@@ -28,6 +28,9 @@ constexpr Size clickableButton{100, 28};
 
 constexpr int cancelButton = 1;
 
+/// What the lines of a sort dialog, and their digits, report.
+constexpr std::array sortKeys{"name", "size", "date", "ext"};
+
 /// What the set-up of one kind of dialog amounts to.
 struct Layout {
     double height;
@@ -67,6 +70,7 @@ OvDialogOverlayView::OvDialogOverlayView(const Rect& frame, const Desktop& deskt
 
 void OvDialogOverlayView::setDialogType(DialogType type) {
     dialogType_ = std::move(type);
+    ++setUps_;
     setupDialogUI();
     setNeedsDisplay();
 }
@@ -86,6 +90,7 @@ void OvDialogOverlayView::createInputField(const std::string& text) {
                                    .textColor = OvPalette::dosBrightWhite,
                                    .background = OvPalette::dosDarkBlue});
     inputTextField_->setText(text);
+    inputTextField_->setAccessibleName(bodyTexts().front().text);
     const auto weakSelf = std::weak_ptr(std::static_pointer_cast<OvDialogOverlayView>(shared_from_this()));
     inputTextField_->setKeyHandler([weakSelf](const KeyEvent& event) {
         const auto self = weakSelf.lock();
@@ -157,15 +162,20 @@ EventResult OvDialogOverlayView::keyDown(const KeyEvent& event) {
 }
 
 EventResult OvDialogOverlayView::sortKeyDown(const KeyEvent& event) {
-    constexpr std::array<std::pair<std::string_view, const char*>, 4> sortKeys = {
-        {{"1", "name"}, {"2", "size"}, {"3", "date"}, {"4", "ext"}}};
-    if (!std::holds_alternative<dialog::Sort>(dialogType_)) return EventResult::ignored;
-    for (const auto& [digit, sortKey] : sortKeys) {
-        if (event.characters != digit) continue;
-        confirm(sortKey);
-        return EventResult::handled;
-    }
-    return EventResult::ignored;
+    constexpr std::array<std::string_view, sortKeys.size()> digits{"1", "2", "3", "4"};
+    const auto digit = std::ranges::find(digits, event.characters);
+    const auto line = static_cast<std::size_t>(digit - digits.begin());
+    if (!isSortLine(line)) return EventResult::ignored;
+    chooseSortLine(line);
+    return EventResult::handled;
+}
+
+bool OvDialogOverlayView::isSortLine(std::size_t line) const {
+    return std::holds_alternative<dialog::Sort>(dialogType_) && line < sortKeys.size();
+}
+
+void OvDialogOverlayView::chooseSortLine(std::size_t line) {
+    confirm(sortKeys[line]);
 }
 
 EventResult OvDialogOverlayView::mouseDown(const MouseEvent& event) {
@@ -178,12 +188,16 @@ EventResult OvDialogOverlayView::mouseDown(const MouseEvent& event) {
         const Point corner = buttonCorner(index);
         if (!Rect{corner.x, corner.y, clickableButton.width, clickableButton.height}.contains(point))
             continue;
-        selectedButtonIndex_ = static_cast<int>(index);
-        setNeedsDisplay();
-        confirmCurrent();
+        pressButton(index);
         break;
     }
     return EventResult::handled;
+}
+
+void OvDialogOverlayView::pressButton(std::size_t index) {
+    selectedButtonIndex_ = static_cast<int>(index);
+    setNeedsDisplay();
+    confirmCurrent();
 }
 
 void OvDialogOverlayView::confirmCurrent() {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "dialog/DialogAccessible.h"
 #include "dialog/DialogType.h"
 #include "dialog/OvDialogDelegate.h"
 #include "platform/Desktop.h"
@@ -24,6 +26,14 @@ public:
     /// An overlay that shows nothing yet. The ports are borrowed.
     static std::shared_ptr<OvDialogOverlayView> make(const Rect& frame, const Desktop& desktop);
 
+    /// A line of the box's content and how it is painted, in this view's coordinates.
+    struct BodyText {
+        std::string text;
+        Rect area;
+        Font font;
+        Color color;
+    };
+
     std::weak_ptr<OvDialogDelegate> delegate;
 
     const DialogType& dialogType() const { return dialogType_; }
@@ -41,10 +51,23 @@ public:
     /// The box, in this view's coordinates: centred, but never closer than 20 to the left and top edges.
     Rect dialogRect() const;
 
+    /// As painted: with a blank at either end.
+    std::string title() const;
+    std::vector<BodyText> bodyTexts() const;
+    Rect buttonRect(std::size_t index) const;  ///< as painted
+    bool isSortLine(std::size_t line) const;   ///< whether that body text is an order to choose
+
+    /// Grows with every `setDialogType`.
+    std::uint64_t setUps() const { return setUps_; }
+
     /// What Return does: cancels when the second button is highlighted, else confirms with the field's text.
     void confirmCurrent();
 
+    void pressButton(std::size_t index);
+    void chooseSortLine(std::size_t line);
+
     void draw(Canvas& canvas) override;
+    Accessible* accessible() override { return &accessible_; }
     bool acceptsFirstResponder() const override { return true; }
     EventResult keyDown(const KeyEvent& event) override;
     EventResult mouseDown(const MouseEvent& event) override;
@@ -68,17 +91,18 @@ private:
 
     void drawBox(Canvas& canvas, const Rect& box) const;
     void drawTitle(Canvas& canvas, const Rect& box) const;
-    void drawBody(Canvas& canvas, const Rect& box) const;
+    void drawBody(Canvas& canvas) const;
     void drawButtons(Canvas& canvas) const;
 
-    void drawBody(Canvas& canvas, const Rect& box, const dialog::Copy& copy) const;
-    void drawBody(Canvas& canvas, const Rect& box, const dialog::Move& move) const;
-    void drawBody(Canvas& canvas, const Rect& box, const dialog::Mkdir& mkdir) const;
-    void drawBody(Canvas& canvas, const Rect& box, const dialog::Delete& deletion) const;
-    void drawBody(Canvas& canvas, const Rect& box, const dialog::Viewer& viewer) const;
-    void drawBody(Canvas& canvas, const Rect& box, const dialog::Help& help) const;
-    void drawBody(Canvas& canvas, const Rect& box, const dialog::Sort& sort) const;
-    void drawPrompt(Canvas& canvas, const Rect& box, const std::string& prompt) const;
+    std::vector<BodyText> bodyTexts(const dialog::Copy& copy) const;
+    std::vector<BodyText> bodyTexts(const dialog::Move& move) const;
+    std::vector<BodyText> bodyTexts(const dialog::Mkdir& mkdir) const;
+    std::vector<BodyText> bodyTexts(const dialog::Delete& deletion) const;
+    std::vector<BodyText> bodyTexts(const dialog::Viewer& viewer) const;
+    std::vector<BodyText> bodyTexts(const dialog::Help& help) const;
+    std::vector<BodyText> bodyTexts(const dialog::Sort& sort) const;
+    BodyText prompt(std::string text) const;
+    Rect viewerArea() const;
 
     FontCatalog& fonts_;
     TextFieldFactory& textFields_;
@@ -90,6 +114,8 @@ private:
     Font retroFont_;
     Font boldRetroFont_;
     double dialogHeight_ = 340;
+    std::uint64_t setUps_ = 0;
+    DialogAccessible accessible_{*this};
 };
 
 }  // namespace vantrel

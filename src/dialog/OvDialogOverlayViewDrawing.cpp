@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "dialog/ViewerLines.h"
 #include "text/Text.h"
@@ -121,7 +122,7 @@ void OvDialogOverlayView::draw(Canvas& canvas) {
     const Rect box = dialogRect();
     drawBox(canvas, box);
     drawTitle(canvas, box);
-    drawBody(canvas, box);
+    drawBody(canvas);
     drawButtons(canvas);
 }
 
@@ -132,87 +133,121 @@ void OvDialogOverlayView::drawBox(Canvas& canvas, const Rect& box) const {
     canvas.stroke(frame, frameLineWidth, OvPalette::dosBrightWhite);
 }
 
+std::string OvDialogOverlayView::title() const {
+    return std::visit(TitleOf{}, dialogType_);
+}
+
 void OvDialogOverlayView::drawTitle(Canvas& canvas, const Rect& box) const {
-    const std::string title = "╒══" + std::visit(TitleOf{}, dialogType_) + "══╕";
-    const double width = canvas.textSize(title, boldRetroFont_).width;
+    const std::string words = "╒══" + title() + "══╕";
+    const double width = canvas.textSize(words, boldRetroFont_).width;
     const Rect area{box.minX() + (box.width - width) * 0.5, box.minY() + titleTop, width, titleHeight};
     canvas.fill({area.x - titleMargin, area.y, area.width + 2 * titleMargin, area.height},
                 OvPalette::dosCyan);
-    canvas.text(title, area, boldRetroFont_, OvPalette::dosYellow);
+    canvas.text(words, area, boldRetroFont_, OvPalette::dosYellow);
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box) const {
-    std::visit([&](const auto& type) { drawBody(canvas, box, type); }, dialogType_);
+void OvDialogOverlayView::drawBody(Canvas& canvas) const {
+    if (isViewer(dialogType_)) canvas.fill(viewerArea(), OvPalette::dosBlue);
+    for (const BodyText& line : bodyTexts()) canvas.text(line.text, line.area, line.font, line.color);
 }
 
-void OvDialogOverlayView::drawPrompt(Canvas& canvas, const Rect& box, const std::string& prompt) const {
-    canvas.text(prompt,
-                {box.minX() + textMargin, box.minY() + promptTop, box.width - 2 * textMargin, lineHeight},
-                retroFont_, OvPalette::dosBlack);
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts() const {
+    return std::visit([this](const auto& type) { return bodyTexts(type); }, dialogType_);
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box, const dialog::Copy& copy) const {
-    drawPrompt(canvas, box, "Copy " + quoted(copy.sourceName) + " to destination:");
+OvDialogOverlayView::BodyText OvDialogOverlayView::prompt(std::string text) const {
+    const Rect box = dialogRect();
+    return {std::move(text),
+            {box.minX() + textMargin, box.minY() + promptTop, box.width - 2 * textMargin, lineHeight},
+            retroFont_,
+            OvPalette::dosBlack};
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box, const dialog::Move& move) const {
-    drawPrompt(canvas, box, "Rename / Move " + quoted(move.sourceName) + " to:");
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts(const dialog::Copy& copy) const {
+    return {prompt("Copy " + quoted(copy.sourceName) + " to destination:")};
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box, const dialog::Mkdir&) const {
-    drawPrompt(canvas, box, "Enter new directory name:");
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts(const dialog::Move& move) const {
+    return {prompt("Rename / Move " + quoted(move.sourceName) + " to:")};
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box, const dialog::Delete& deletion) const {
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts(const dialog::Mkdir&) const {
+    return {prompt("Enter new directory name:")};
+}
+
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts(
+    const dialog::Delete& deletion) const {
+    const Rect box = dialogRect();
     const Rect line{box.minX() + textMargin, box.minY(), box.width - 2 * textMargin, lineHeight};
-    drawPrompt(canvas, box, "Do you really wish to delete:");
-    canvas.text(text::shownText(deletion.itemName), line.movedBy(0, itemNameTop), boldRetroFont_,
-                OvPalette::dosYellow);
-    canvas.text("(Item will be safely placed in macOS Trash)", line.movedBy(0, trashNoteTop), retroFont_,
-                OvPalette::dosBlack);
+    return {prompt("Do you really wish to delete:"),
+            {text::shownText(deletion.itemName), line.movedBy(0, itemNameTop), boldRetroFont_,
+             OvPalette::dosYellow},
+            {"(Item will be safely placed in macOS Trash)", line.movedBy(0, trashNoteTop), retroFont_,
+             OvPalette::dosBlack}};
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box, const dialog::Viewer& viewer) const {
-    const Rect area{box.minX() + viewerSideMargin, box.minY() + viewerTop, box.width - 2 * viewerSideMargin,
-                    box.height - viewerEndMargins};
-    canvas.fill(area, OvPalette::dosBlue);
+Rect OvDialogOverlayView::viewerArea() const {
+    const Rect box = dialogRect();
+    return {box.minX() + viewerSideMargin, box.minY() + viewerTop, box.width - 2 * viewerSideMargin,
+            box.height - viewerEndMargins};
+}
+
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts(
+    const dialog::Viewer& viewer) const {
+    const Rect area = viewerArea();
     const Font font = OvPalette::retroFont(fonts_, viewerFontSize, FontWeight::regular);
     Rect line{area.minX() + viewerTextMargin, area.minY() + viewerTextTop, area.width - 2 * viewerTextMargin,
               viewerLineHeight};
     // A line of a hundred thousand characters would be laid out at every redraw, though all but its start
     // lies beyond the edge.
     const auto byteLimit = static_cast<std::size_t>(line.width * viewerBytesPerPoint);
-    for (const std::string& text : viewerLines(viewer.content, viewerLineLimit, byteLimit)) {
+    std::vector<BodyText> texts;
+    for (std::string& text : viewerLines(viewer.content, viewerLineLimit, byteLimit)) {
         if (area.maxY() - viewerLineHeight < line.y) break;
-        canvas.text(text, line, font, OvPalette::dosBrightWhite);
+        texts.push_back({std::move(text), line, font, OvPalette::dosBrightWhite});
         line.y += viewerLinePitch;
     }
+    return texts;
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box, const dialog::Help&) const {
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts(const dialog::Help&) const {
+    const Rect box = dialogRect();
+    std::vector<BodyText> texts;
     double y = box.minY() + helpTop;
     for (const auto& [key, description] : keyboardReference) {
-        canvas.text(padded(key, helpKeyCharacters), {box.minX() + helpKeyX, y, helpKeyWidth, helpLineHeight},
-                    boldRetroFont_, OvPalette::dosBlack);
-        canvas.text(description,
-                    {box.minX() + helpDescriptionX, y, box.width - helpDescriptionMargins, helpLineHeight},
-                    retroFont_, OvPalette::dosBlack);
+        texts.push_back({padded(key, helpKeyCharacters),
+                         {box.minX() + helpKeyX, y, helpKeyWidth, helpLineHeight},
+                         boldRetroFont_,
+                         OvPalette::dosBlack});
+        texts.push_back(
+            {std::string(description),
+             {box.minX() + helpDescriptionX, y, box.width - helpDescriptionMargins, helpLineHeight},
+             retroFont_,
+             OvPalette::dosBlack});
         y += helpPitch;
     }
+    return texts;
 }
 
-void OvDialogOverlayView::drawBody(Canvas& canvas, const Rect& box, const dialog::Sort&) const {
+std::vector<OvDialogOverlayView::BodyText> OvDialogOverlayView::bodyTexts(const dialog::Sort&) const {
+    const Rect box = dialogRect();
     Rect line{box.minX() + sortX, box.minY() + sortTop, box.width - sortMargins, sortLineHeight};
+    std::vector<BodyText> texts;
     for (const std::string_view text : sortLines) {
-        canvas.text(text, line, retroFont_, OvPalette::dosBlack);
+        texts.push_back({std::string(text), line, retroFont_, OvPalette::dosBlack});
         line.y += sortPitch;
     }
+    return texts;
+}
+
+Rect OvDialogOverlayView::buttonRect(std::size_t index) const {
+    const Point corner = buttonCorner(index);
+    return {corner.x, corner.y, paintedButton.width, paintedButton.height};
 }
 
 void OvDialogOverlayView::drawButtons(Canvas& canvas) const {
     for (std::size_t index = 0; index < buttons_.size(); ++index) {
-        const Point corner = buttonCorner(index);
-        const Rect button{corner.x, corner.y, paintedButton.width, paintedButton.height};
+        const Rect button = buttonRect(index);
         const bool isSelected = static_cast<int>(index) == selectedButtonIndex_;
         canvas.fill(button, isSelected ? OvPalette::dosYellow : OvPalette::dosDarkBlue);
         canvas.stroke(std::array{button}, buttonLineWidth, OvPalette::dosBlack);

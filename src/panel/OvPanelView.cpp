@@ -63,6 +63,7 @@ void OvPanelView::setShowHiddenFiles(bool show) {
 
 void OvPanelView::sortItems() {
     vantrel::sortItems(items_, sortField_, sortDirection_);
+    ++orderRevision_;
 }
 
 void OvPanelView::startSpinnerTimer() {

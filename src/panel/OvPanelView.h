@@ -12,6 +12,7 @@
 #include "model/SortOrder.h"
 #include "panel/ItemOrder.h"
 #include "panel/OvPanelViewDelegate.h"
+#include "panel/PanelAccessible.h"
 #include "platform/Desktop.h"
 #include "platform/Font.h"
 #include "platform/Timer.h"
@@ -34,6 +35,9 @@ public:
     static std::shared_ptr<OvPanelView> make(const Desktop& desktop, VantrelEngine& engine);
 
     std::weak_ptr<OvPanelViewDelegate> delegate;
+
+    /// How assistive technology calls this panel, beside its folder.
+    std::string accessibleTitle;
 
     // State. Each setter does what a change of that property entails: another path cancels the walks below
     // the old one, loads the folder and tells the delegate; a sort setting re-sorts on every assignment, also
@@ -63,6 +67,9 @@ public:
     void loadDirectory(std::optional<std::string> keepSelection = std::nullopt);
     void sortItems();
 
+    /// Grows whenever rows have come, gone or changed places.
+    std::uint64_t orderRevision() const { return orderRevision_; }
+
     /// Whether the size of a folder on show is still to come.
     bool isCalculatingSizes() const;
 
@@ -79,8 +86,13 @@ public:
     void navigateUp();
     void selectItemByPrefix(std::string_view prefix);
 
+    // What assistive technology does in place of a click; like every click, it first tells the delegate.
+    void selectRow(std::int64_t row);
+    void clickTitle(SortField field);
+
     // View.
     void draw(Canvas& canvas) override;
+    Accessible* accessible() override { return &accessible_; }
     bool acceptsFirstResponder() const override { return true; }
     EventResult mouseDown(const MouseEvent& event) override;
     EventResult scrollWheel(const ScrollEvent& event) override;
@@ -105,6 +117,7 @@ private:
     void startSpinnerTimer();
     void spinnerTick();
     void clickHeader(double x);
+    void sortOrToggle(SortField field);
 
     void drawFrameAndTitle(Canvas& canvas) const;
     void drawColumnHeaders(Canvas& canvas) const;
@@ -131,6 +144,8 @@ private:
     SizeDisplayMode sizeDisplayMode_ = SizeDisplayMode::humanReadable;
     bool showHiddenFiles_ = false;
     std::int64_t spinnerFrame_ = 0;
+    std::uint64_t orderRevision_ = 0;
+    PanelAccessible accessible_{*this};
     std::unique_ptr<Timer> spinnerTimer_;
 
     /// The rows that were still calculating when last looked at, so that a tick need not search every row.

@@ -4,14 +4,20 @@
 #include <array>
 
 #include "model/VantrelEngine.h"
+#include "panel/PanelGeometry.h"
 #include "text/Text.h"
 #include "theme/OvPalette.h"
 
 namespace vantrel {
 
+using panel::Columns;
+using panel::headerRuleY;
+using panel::headerTop;
+using panel::rowsTop;
+
 namespace {
 
-// Points, as the eye sees the panel; what a click hits is measured in bands of 24 (see the navigation).
+// Points.
 constexpr double frameLineWidth = 1.5;
 constexpr double ruleWidth = 1;
 constexpr double outerFrameInset = 2;
@@ -20,10 +26,7 @@ constexpr double titleTop = 4;
 constexpr double titleMargin = 6;
 constexpr double minimumTextX = 10;
 constexpr double bandHeight = 24;
-constexpr double headerTop = 26;
 constexpr double headerTitleTop = 29;
-constexpr double headerRuleY = 50;
-constexpr double rowsTop = 52;
 constexpr double rowTextTop = 2;
 constexpr double selectionInset = 6;
 constexpr double footerRuleHeight = 26;   // from the bottom edge
@@ -34,16 +37,6 @@ constexpr double listSeparatorOpacity = 0.4;
 
 constexpr std::size_t longestTitlePath = 45;  // characters
 constexpr std::size_t keptTitleCharacters = 42;
-
-/// Where the fixed columns stand in a panel of that width.
-struct Columns {
-    explicit Columns(double width) : start(width - 245), size(start + 6), date(size + 85), time(date + 95) {}
-    double start;  ///< the name column ends here
-    double size;   ///< x of the separator before each column
-    double date;
-    double time;
-    std::array<double, 3> separators() const { return {size, date, time}; }
-};
 
 struct RowColors {
     const Color& name;
@@ -141,7 +134,7 @@ void OvPanelView::drawRows(Canvas& canvas) const {
 void OvPanelView::drawRow(Canvas& canvas, std::int64_t index) const {
     const FileItem& item = *items_[static_cast<std::size_t>(index)];
     const double w = bounds().width;
-    const double y = static_cast<double>(index - scrollOffset_) * rowHeight + rowsTop;
+    const double y = panel::rowTop(index - scrollOffset_);
     const double textY = y + rowTextTop;
     const Columns columns(w);
     const bool isSelected = index == selectedIndex_;

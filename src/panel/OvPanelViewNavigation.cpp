@@ -127,6 +127,10 @@ void OvPanelView::clickHeader(double x) {
     } else if (x < fixedColumns + dateZoneEnd) {
         field = SortField::date;
     }
+    sortOrToggle(field);
+}
+
+void OvPanelView::sortOrToggle(SortField field) {
     if (field == sortField_) {
         SortDirection direction = sortDirection_;
         toggle(direction);
@@ -135,6 +139,16 @@ void OvPanelView::clickHeader(double x) {
         setSortField(field);
         setSortDirection(SortDirection::ascending);
     }
+}
+
+void OvPanelView::selectRow(std::int64_t row) {
+    if (const auto owner = delegate.lock()) owner->panelDidSelect(*this);
+    if (row >= 0 && row < itemCount()) moveCursor(row);
+}
+
+void OvPanelView::clickTitle(SortField field) {
+    if (const auto owner = delegate.lock()) owner->panelDidSelect(*this);
+    sortOrToggle(field);
 }
 
 EventResult OvPanelView::scrollWheel(const ScrollEvent& event) {

@@ -30,6 +30,9 @@ public:
     virtual std::string text() const = 0;
     virtual void setText(const std::string& text) = 0;
 
+    /// How assistive technology calls the field. UTF-8.
+    virtual void setAccessibleName(const std::string& name) = 0;
+
     /// Takes the keyboard and selects all of the text.
     virtual void focusAndSelectAll() = 0;
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/Accessible.h"
 #include "platform/Canvas.h"
 #include "platform/Events.h"
 #include "platform/Geometry.h"
@@ -58,6 +59,10 @@ public:
 
     /// Paints this view alone, in its own coordinates.
     virtual void draw(Canvas&) {}
+
+    /// What assistive technology is told of this view, as long as the view lives; null for one without
+    /// meaning of its own.
+    virtual Accessible* accessible() { return nullptr; }
 
     virtual bool acceptsFirstResponder() const { return false; }
     virtual EventResult keyDown(const KeyEvent&) { return EventResult::ignored; }

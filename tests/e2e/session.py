@@ -95,6 +95,30 @@ class Session:
         self.processes.append(process)
         return process
 
+    def spawn_talking(self, command):
+        """A program that is asked through its standard input and answers through its standard output."""
+        process = subprocess.Popen(
+            command,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            env=self.environment,
+        )
+        self.processes.append(process)
+        return process
+
+    def start_bus(self):
+        """A session bus of the test's own, for every program that is started afterwards."""
+        process = self.spawn(
+            ["dbus-daemon", "--session", "--nofork", "--print-address"],
+            env=self.environment,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+        )
+        assert select.select([process.stdout], [], [], LIMIT)[0], "the bus does not start"
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = process.stdout.readline().decode().strip()
+        process.stdout.close()
+
     def open_display(self):
         read, write = os.pipe()
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}

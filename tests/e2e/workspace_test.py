@@ -3,15 +3,13 @@
 import json
 import os
 import re
-import select
 import shutil
 import signal
-import subprocess
 import sys
 import unittest
 import urllib.parse
 
-from session import LIMIT, until
+from session import until
 from window_case import WindowCase
 
 DESKTOP_FILE = """[Desktop Entry]
@@ -74,17 +72,6 @@ class WorkspaceCase(WindowCase):
                 os.kill(note["pid"], signal.SIGKILL)
             except ProcessLookupError:
                 pass
-
-    def start_bus(self):
-        process = self.session.spawn(
-            ["dbus-daemon", "--session", "--nofork", "--print-address"],
-            env=self.session.environment,
-            stdout=subprocess.PIPE,
-            stderr=subprocess.DEVNULL,
-        )
-        assert select.select([process.stdout], [], [], LIMIT)[0], "the bus does not start"
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = process.stdout.readline().decode().strip()
-        process.stdout.close()
 
     def provide_file_manager(self, answer):
         """Found and started by the bus itself."""
@@ -231,7 +218,7 @@ class ShowingAFolder(WorkspaceCase):
 
     def test_asks_the_file_manager_on_the_bus(self):
         self.provide_file_manager("shown")
-        self.start_bus()
+        self.session.start_bus()
         self.show_the_folder()
         until(self.shown, "the file manager is asked")
         self.assertEqual(self.shown(), f"(['{self.url_of(self.folder).decode()}'], '')\n")
@@ -239,7 +226,7 @@ class ShowingAFolder(WorkspaceCase):
         self.assertEqual(self.notes(), [])
 
     def test_without_a_file_manager_on_the_bus_xdg_open_is_asked(self):
-        self.start_bus()
+        self.session.start_bus()
         self.show_the_folder()
         self.expect_xdg_open()
         self.quit_and_expect_silence()
@@ -252,14 +239,14 @@ class ShowingAFolder(WorkspaceCase):
 
     def test_a_file_manager_that_refuses_is_replaced_by_xdg_open(self):
         self.provide_file_manager("refused")
-        self.start_bus()
+        self.session.start_bus()
         self.show_the_folder()
         self.expect_xdg_open()
         self.quit_and_expect_silence()
 
     def test_a_file_manager_that_never_answers_holds_up_neither_the_window_nor_its_end(self):
         self.provide_file_manager("nothing")
-        self.start_bus()
+        self.session.start_bus()
         self.show_the_folder()
         until(self.shown, "the file manager is asked")
         self.expect_the_window_to_answer()
@@ -267,7 +254,7 @@ class ShowingAFolder(WorkspaceCase):
 
     def test_the_end_of_the_bus_is_not_the_end_of_the_program(self):
         self.provide_file_manager("nothing")
-        self.start_bus()
+        self.session.start_bus()
         bus = self.session.processes[-1]
         self.show_the_folder()
         until(self.shown, "the file manager is asked")
@@ -417,7 +404,7 @@ class HostileNames(WorkspaceCase):
             os.mkdir(self.folder + b"/" + name)
         self.install("xterm")
         self.provide_file_manager("shown")
-        self.start_bus()
+        self.session.start_bus()
         self.open_the_rows("Return", "ctrl+o", "ctrl+t", "BackSpace")
         folders = [bytes.fromhex(note["folder"]) for note in self.notes()]
         self.assertEqual(sorted(folders), sorted(self.folder + b"/" + name for name in self.names))

@@ -119,6 +119,7 @@ public:
         words = newWords;
         isAllSelected = false;
     }
+    void setAccessibleName(const std::string& name) override { accessibleName = name; }
     void focusAndSelectAll() override { isFocused = isAllSelected = true; }
     void setKeyHandler(KeyHandler newHandler) override { handler = std::move(newHandler); }
 
@@ -131,6 +132,7 @@ public:
     TextFieldStyle style;
     Rect frame;
     std::string words;
+    std::string accessibleName;
     KeyHandler handler;
     bool isFocused = false;
     bool isAllSelected = false;

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/qt/QtAccessibleContent.h"
+
 namespace vantrel {
 
 namespace {
@@ -54,6 +56,7 @@ QtApplication::QtApplication(const char* programName)
     install(&dropMessagesButFatalOnes);
     QApplication::setStyle(new QtStyle);
     QApplication::setQuitOnLastWindowClosed(true);
+    installQtAccessibility();
 }
 
 std::unique_ptr<Window> QtApplication::makeWindow(const WindowOptions& options) {

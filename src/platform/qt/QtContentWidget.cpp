@@ -69,6 +69,20 @@ void QtContentWidget::paintEvent(QPaintEvent*) {
     QtCanvas canvas(painter, faces_);
     canvas.fill({0, 0, static_cast<double>(width()), static_cast<double>(height())}, background_);
     if (root_) root_->drawTree(canvas);
+    // Whatever changes is painted, so this is where to look for something to tell.
+    if (QAccessible::isActive()) accessibleTree().announceChanges();
+}
+
+QtAccessibleTree& QtContentWidget::accessibleTree() {
+    if (!accessibleTree_) accessibleTree_ = std::make_unique<QtAccessibleTree>(*this);
+    return *accessibleTree_;
+}
+
+void QtContentWidget::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    // Qt tells that the widget has the focus; which part of it has is told again after that.
+    if (accessibleTree_) accessibleTree_->forgetFocus();
+    scheduleRedraw();
 }
 
 void QtContentWidget::resizeEvent(QResizeEvent*) {

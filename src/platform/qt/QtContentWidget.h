@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/View.h"
+#include "platform/qt/QtAccessibleTree.h"
 #include "platform/qt/QtFace.h"
 #include "platform/qt/WheelSteps.h"
 
@@ -21,6 +22,12 @@ public:
     /// Shows `root`, which takes the widget's size from now on.
     void setRoot(std::shared_ptr<View> root);
 
+    /// Null before `setRoot`.
+    View* root() const { return root_.get(); }
+
+    /// What assistive technology sees of the views.
+    QtAccessibleTree& accessibleTree();
+
     void scheduleRedraw() override;
     void focusContent() override;
 
@@ -30,6 +37,7 @@ protected:
     bool event(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -47,6 +55,7 @@ private:
     WheelSteps wheel_;
     QElapsedTimer sinceRedraw_;
     QBasicTimer redrawTimer_;
+    std::unique_ptr<QtAccessibleTree> accessibleTree_;  ///< made when somebody asks for it
 };
 
 }  // namespace vantrel

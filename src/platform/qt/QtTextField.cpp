@@ -66,7 +66,7 @@ protected:
 class QtTextField final : public TextField {
 public:
     QtTextField(QtContentWidget& content, const TextFieldStyle& style)
-        : content_(&content), edit_(new LineEdit(&content)) {
+        : content_(&content), box_(new QWidget(&content)), edit_(new LineEdit(box_)) {
         edit_->setFont(qtFont(style.font));
         edit_->setFrame(false);
         edit_->setTextMargins(sideMargin, 0, sideMargin, 0);
@@ -83,16 +83,17 @@ public:
         if (!edit_) return;
         if (edit_->hasFocus() && content_) content_->focusContent();
         edit_->keyHandler = nullptr;
-        edit_->hide();
+        box_->hide();
         // Later, since one of the edit's own events may be under way.
-        edit_->deleteLater();
+        box_->deleteLater();
     }
 
     void setFrame(const Rect& inWindow) override {
         if (!edit_) return;
-        edit_->setGeometry(DeviceGrid(QTransform()).area(inWindow));
-        edit_->show();
-        edit_->raise();
+        box_->setGeometry(DeviceGrid(QTransform()).area(inWindow));
+        edit_->setGeometry(box_->rect());
+        box_->show();
+        box_->raise();
     }
 
     std::string text() const override {
@@ -105,6 +106,10 @@ public:
         if (!edit_) return;
         edit_->setText(QString::fromStdString(text));
         shown_ = edit_->text();
+    }
+
+    void setAccessibleName(const std::string& name) override {
+        if (edit_) edit_->setAccessibleName(QString::fromStdString(name));
     }
 
     void focusAndSelectAll() override {
@@ -121,7 +126,10 @@ public:
 
 private:
     QPointer<QtContentWidget> content_;
-    QPointer<LineEdit> edit_;  ///< the content's; goes with it if that is destroyed first
+    /// What assistive technology finds inside the dialog; holds nothing but the edit. The content's, both go
+    /// with it if that is destroyed first.
+    QPointer<QWidget> box_;
+    QPointer<LineEdit> edit_;
     std::string original_;
     QString shown_;  ///< how the edit shows original_
 };
