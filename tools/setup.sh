@@ -17,6 +17,7 @@ packages_to_test=(
     xvfb xdotool openbox x11-utils x11-xkb-utils dbus python3 trash-cli
     lintian appstream desktop-file-utils shared-mime-info libglib2.0-bin
     at-spi2-core gir1.2-atspi-2.0 python3-gi
+    qt6-wayland sway grim wtype i3-wm
 )
 
 # For tools/tidy and tools/pictures, besides those.

@@ -119,11 +119,12 @@ class Session:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = process.stdout.readline().decode().strip()
         process.stdout.close()
 
-    def open_display(self):
+    def open_display(self, manager="openbox", size="1280x900"):
+        """With that window manager, or with none."""
         read, write = os.pipe()
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
         self.spawn(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x900x24", "-nolisten", "tcp"]
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp"]
             + ["-nocursor", "-fbdir", self.folder],
             pass_fds=[write],
             **quiet,
@@ -132,15 +133,27 @@ class Session:
         with os.fdopen(read) as ready:
             assert select.select([ready], [], [], LIMIT)[0], "Xvfb does not start"
             self.environment["DISPLAY"] = ":" + ready.readline().strip()
+        if manager is not None:
+            self._start_manager(manager)
+        self.screen = Screen(self.path("Xvfb_screen0"))
+
+    def _start_manager(self, manager):
+        """Returns when it manages windows."""
         managed = self.path("managed")
         os.mkfifo(managed)
         fifo = os.open(managed, os.O_RDONLY | os.O_NONBLOCK)
+        when_ready = f"sh -c 'echo > {managed}'"
+        with open(self.path("i3.conf"), "w", encoding="ascii") as file:
+            file.write(f"# i3 config file (v4)\nexec {when_ready}\nfont pango:monospace 8\ndefault_border none\n")
+        commands = {
+            "openbox": ["openbox", "--sm-disable", "--startup", when_ready],
+            "i3": ["i3", "-c", self.path("i3.conf")],
+        }
         self.spawn(
-            ["openbox", "--sm-disable", "--startup", f"sh -c 'echo > {managed}'"], env=self.environment, **quiet
+            commands[manager], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
         )
-        assert select.select([fifo], [], [], LIMIT)[0], "openbox does not start"
+        assert select.select([fifo], [], [], LIMIT)[0], f"{manager} does not start"
         os.close(fifo)
-        self.screen = Screen(self.path("Xvfb_screen0"))
 
     def start(self, *arguments, cwd=None, extra_environment=None):
         """Starts the program without waiting for anything."""
