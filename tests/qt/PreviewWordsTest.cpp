@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QLocale>
-
 #include "support/ScopedEnvironment.h"
 
 namespace vantrel::test {
@@ -12,9 +10,7 @@ namespace {
 
 class PreviewWordsTest : public testing::Test {
 protected:
-    PreviewWordsTest() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
-    ~PreviewWordsTest() override { QLocale::setDefault(QLocale::system()); }
-
+    const ScopedLocale english{"en_US.UTF-8"};
     const PreviewItem item{.path = "/home/ann/a.bin", .name = "a.bin", .detail = ""};
 };
 
@@ -37,6 +33,27 @@ TEST_F(PreviewWordsTest, aFilesFactsAreNameKindSizeAndDate) {
     facts.modified = QDateTime::fromSecsSinceEpoch(951'782'400);
     EXPECT_EQ(previewWords::facts(item, facts),
               (QStringList{"a.bin", "Unknown thing", "2.0 kB (2,048 bytes)", "2000-02-29 00:00"}));
+}
+
+TEST_F(PreviewWordsTest, numbersAndDatesFollowTheirOwnCategories) {
+    const ScopedEnvironment zone("TZ", "UTC");
+    PreviewFacts facts;
+    facts.size = 1'572'864;
+    facts.modified = QDateTime::fromSecsSinceEpoch(951'782'400);
+    const ScopedEnvironment language("LANG", "C");
+    EXPECT_EQ(previewWords::facts(item, facts),
+              (QStringList{"a.bin", "1.5 MB (1,572,864 bytes)", "2000-02-29 00:00"}));
+    {
+        const ScopedEnvironment numbers("LC_NUMERIC", "de_DE.UTF-8");
+        EXPECT_EQ(previewWords::facts(item, facts),
+                  (QStringList{"a.bin", "1,5 MB (1.572.864 bytes)", "2000-02-29 00:00"}));
+    }
+    const ScopedEnvironment dates("LC_TIME", "fa_IR.UTF-8");
+    EXPECT_EQ(previewWords::facts(item, facts),
+              (QStringList{"a.bin", "1.5 MB (1,572,864 bytes)", "۲۰۰۰-۰۲-۲۹ ۰۰:۰۰"}));
+    const ScopedEnvironment all("LC_ALL", "en_GB.UTF-8");
+    EXPECT_EQ(previewWords::facts(item, facts),
+              (QStringList{"a.bin", "1.5 MB (1,572,864 bytes)", "2000-02-29 00:00"}));
 }
 
 TEST_F(PreviewWordsTest, whatTheProgramKnowsBetterStandsInsteadOfTheSize) {

@@ -115,6 +115,34 @@ TEST(FormattedDate, isWrittenInTheUsersLanguage) {
     EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "July");
 }
 
+TEST(LocaleText, eachCategoryCountsAloneWhereNothingElseIsSet) {
+    const ScopedEnvironment zone("TZ", "UTC");
+    for (const char* const language : {"", "C", "C.UTF-8", "POSIX"}) {
+        SCOPED_TRACE(language);
+        const ScopedLocale plain(language);
+        {
+            const ScopedEnvironment numeric("LC_NUMERIC", "de_DE.UTF-8");
+            EXPECT_EQ(groupedDecimal(12'345), "12.345");
+            EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "July");
+        }
+        const ScopedEnvironment time("LC_TIME", "de_DE.UTF-8");
+        EXPECT_EQ(groupedDecimal(12'345), "12,345");
+        EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "Juli");
+        const ScopedEnvironment all("LC_ALL", "C");
+        EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "July") << "LC_ALL is above the categories";
+    }
+}
+
+TEST(LocaleText, digitsAreThoseOfTheLanguage) {
+    const ScopedEnvironment zone("TZ", "UTC");
+    const ScopedLocale plain("C");
+    const ScopedEnvironment time("LC_TIME", "fa_IR.UTF-8");
+    EXPECT_EQ(formattedDate(moment(0), "HH:mm"), "\u06F0\u06F0:\u06F0\u06F0");
+    EXPECT_EQ(groupedDecimal(12'345), "12,345");
+    const ScopedEnvironment numeric("LC_NUMERIC", "fa_IR.UTF-8");
+    EXPECT_EQ(groupedDecimal(12), "\u06F1\u06F2");
+}
+
 TEST(FormattedDate, doesNotDependOnTheLocaleThatTheCLibraryIsSetTo) {
     const ScopedEnvironment zone("TZ", "UTC");
     const ScopedLocale german("de_DE.UTF-8");

@@ -92,6 +92,15 @@ TEST(NaturalSortKey, takesTheCLocaleAndAnUnknownLanguageForEnglish) {
     }
 }
 
+TEST(NaturalSortKey, sortsNaturallyWhereOnlyTheOtherCategoriesAreSet) {
+    const ScopedLocale nothing("");
+    const ScopedEnvironment numeric("LC_NUMERIC", "sv_SE.UTF-8");
+    const ScopedEnvironment time("LC_TIME", "sv_SE.UTF-8");
+    expectKeptOrder({"a", "\u00E4", "B", "c2", "C10"});
+    const ScopedEnvironment all("LC_ALL", "POSIX");
+    expectKeptOrder({"a", "\u00E4", "B", "c2", "C10"});
+}
+
 TEST(NaturalSortKey, differsForDifferentNamesThatTheLanguageDoesNotTellApart) {
     const ScopedLocale english("en_US.UTF-8");
     expectKeptOrder({"file02", "file2"});

@@ -10,6 +10,19 @@ constexpr quint64 kilobyte = 1024;
 const QString separator = QStringLiteral("  \u00B7  ");
 const QString datePattern = QStringLiteral("yyyy-MM-dd HH:mm");
 
+/// The user's locale for one category such as "LC_TIME". QLocale() would take the words of the language for
+/// all, and writes no groups of digits where that is "C".
+QLocale userLocale(const char* category) {
+    for (const char* const variable : {"LC_ALL", category, "LANG"}) {
+        const QString name = qEnvironmentVariable(variable);
+        if (name.isEmpty()) continue;
+        const QLocale locale(name);
+        if (locale.language() != QLocale::C) return locale;
+        break;
+    }
+    return {QLocale::English, QLocale::UnitedStates};
+}
+
 QString kind(const PreviewFacts& facts) {
     return facts.kind.left(1).toUpper() + facts.kind.mid(1);
 }
@@ -17,7 +30,7 @@ QString kind(const PreviewFacts& facts) {
 }  // namespace
 
 QString size(quint64 bytes) {
-    const QLocale locale;
+    const QLocale locale = userLocale("LC_NUMERIC");
     const QString exact =
         bytes == 1 ? QStringLiteral("1 byte") : QStringLiteral("%1 bytes").arg(locale.toString(bytes));
     if (bytes < kilobyte) return exact;
@@ -34,7 +47,7 @@ QStringList facts(const PreviewItem& item, const PreviewFacts& facts) {
     } else if (facts.size) {
         lines.append(size(*facts.size));
     }
-    if (facts.modified.isValid()) lines.append(facts.modified.toString(datePattern));
+    if (facts.modified.isValid()) lines.append(userLocale("LC_TIME").toString(facts.modified, datePattern));
     return lines;
 }
 

@@ -6,7 +6,7 @@
 #include "platform/PreviewPanel.h"
 #include "platform/qt/PreviewContent.h"
 
-/// What a preview says in words, for the user's language where Qt knows it. Pure functions.
+/// What a preview says in words; numbers and dates are written as the user's LC_NUMERIC and LC_TIME want it.
 namespace vantrel::previewWords {
 
 /// "512 bytes", "1.5 MB (1,572,864 bytes)"; a kilobyte has 1024 bytes.
