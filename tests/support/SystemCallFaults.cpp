@@ -155,6 +155,12 @@ extern "C" int __wrap_openat(int folder, const char* path, int flags, ...) {
     return fails("openat") ? -1 : __real_openat(folder, path, flags, mode);
 }
 
+// What a hardened build makes of an openat whose flags the compiler does not know.
+extern "C" int __real___openat_2(int folder, const char* path, int flags);
+extern "C" int __wrap___openat_2(int folder, const char* path, int flags) {
+    return fails("openat") ? -1 : __real___openat_2(folder, path, flags);
+}
+
 extern "C" int __real_fcntl(int file, int command, long argument);
 extern "C" int __wrap_fcntl(int file, int command, ...) {
     va_list rest;
