@@ -116,7 +116,10 @@ std::vector<std::string> hostileNames(std::size_t count) {
             if (length * unit.size() <= 255) names.insert(repeated(unit, length));
     }
     std::minstd_rand random(20261121);
-    while (names.size() < count) names.insert(randomName(random));
+    while (names.size() < count) {
+        const std::string name = randomName(random);
+        if (name != "." && name != "..") names.insert(name);
+    }
     return {names.begin(), names.end()};
 }
 
