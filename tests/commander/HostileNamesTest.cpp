@@ -65,7 +65,7 @@ protected:
     void press(Key key) { commander->keyDown({.key = key}); }
 
     const std::vector<std::string> names =
-        test::hostileNames(static_cast<std::size_t>(test::byPatience(800, 20'000)));
+        test::hostileNames(static_cast<std::size_t>(test::byPatience(800, 4'000)));
     test::TemporaryFolder folder;
     test::FakeDesktop desktop;
     PosixFileManager files;
