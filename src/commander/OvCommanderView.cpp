@@ -33,7 +33,7 @@ OvCommanderView::OvCommanderView(const Desktop& desktop, VantrelEngine& engine, 
 
 std::shared_ptr<OvCommanderView> OvCommanderView::make(const Desktop& desktop, VantrelEngine& engine,
                                                        const Rect& frame) {
-    const std::shared_ptr<OvCommanderView> commander(new OvCommanderView(desktop, engine, frame));
+    std::shared_ptr<OvCommanderView> commander(new OvCommanderView(desktop, engine, frame));
     commander->setup();
     return commander;
 }

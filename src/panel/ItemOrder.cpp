@@ -54,7 +54,8 @@ void compareByExtension(Row& row) {
 }
 
 Row makeRow(std::shared_ptr<FileItem> item, SortField field, std::size_t place) {
-    Row row{.isFile = !item->isDirectory, .place = place, .item = std::move(item)};
+    const bool isFile = !item->isDirectory;
+    Row row{.isFile = isFile, .place = place, .item = std::move(item)};
     switch (field) {
         case SortField::size:
             row.number = largestFirst(row.item->effectiveSize());
@@ -79,9 +80,9 @@ std::strong_ordering compareTexts(const std::string* a, const std::string* b) {
 
 // By the field alone, in ascending direction.
 std::strong_ordering compareFields(const Row& a, const Row& b) {
-    if (const auto order = a.number <=> b.number; order != 0) return order;
-    if (const auto order = compareTexts(a.extension, b.extension); order != 0) return order;
-    if (const auto order = a.nameBeginning <=> b.nameBeginning; order != 0) return order;
+    if (const auto order = a.number <=> b.number; std::is_neq(order)) return order;
+    if (const auto order = compareTexts(a.extension, b.extension); std::is_neq(order)) return order;
+    if (const auto order = a.nameBeginning <=> b.nameBeginning; std::is_neq(order)) return order;
     return compareTexts(a.naturalName, b.naturalName);
 }
 
@@ -102,7 +103,7 @@ struct RowOrder {
     // A strict total order: rows that are equal stay in the order in which they were.
     bool operator()(const Row& a, const Row& b) const {
         const auto order = compare(a, b);
-        return order != 0 ? order < 0 : a.place < b.place;
+        return std::is_neq(order) ? std::is_lt(order) : a.place < b.place;
     }
 };
 
@@ -138,8 +139,8 @@ void sortNearlySorted(std::vector<Row>& rows, const RowOrder& before) {
 
 void reverseEqualRuns(std::vector<Row>& rows, const RowOrder& order) {
     for (auto run = rows.begin(); run != rows.end();) {
-        const auto end =
-            std::find_if(run, rows.end(), [&](const Row& row) { return order.compare(*run, row) != 0; });
+        const auto differs = [&](const Row& row) { return std::is_neq(order.compare(*run, row)); };
+        const auto end = std::find_if(run, rows.end(), differs);
         std::reverse(run, end);
         run = end;
     }

@@ -21,7 +21,7 @@ OvPanelView::OvPanelView(const Desktop& desktop, VantrelEngine& engine)
       boldRetroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::bold)) {}
 
 std::shared_ptr<OvPanelView> OvPanelView::make(const Desktop& desktop, VantrelEngine& engine) {
-    const std::shared_ptr<OvPanelView> panel(new OvPanelView(desktop, engine));
+    std::shared_ptr<OvPanelView> panel(new OvPanelView(desktop, engine));
     panel->startSpinnerTimer();
     return panel;
 }

@@ -64,7 +64,7 @@ public:
 
     /// Reads the folder anew. The cursor goes to the entry named `keepSelection` (bytewise), else to the
     /// first row that is not "..". A folder that cannot be read prints one line and shows only "..".
-    void loadDirectory(std::optional<std::string> keepSelection = std::nullopt);
+    void loadDirectory(const std::optional<std::string>& keepSelection = std::nullopt);
     void sortItems();
 
     /// Grows whenever rows have come, gone or changed places.

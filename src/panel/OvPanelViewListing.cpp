@@ -40,7 +40,7 @@ std::shared_ptr<FileItem> makeItem(const std::string& folder, DirectoryEntry ent
 
 }  // namespace
 
-void OvPanelView::loadDirectory(std::optional<std::string> keepSelection) {
+void OvPanelView::loadDirectory(const std::optional<std::string>& keepSelection) {
     items_ = readDirectory();
     sortItems();
     selectAfterLoading(keepSelection);

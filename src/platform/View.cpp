@@ -1,7 +1,6 @@
 #include "platform/View.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace vantrel {
@@ -78,8 +77,9 @@ Point View::convertFromWindow(Point point) const {
 
 View* View::hitTest(Point point) {
     if (!bounds().contains(point)) return nullptr;
-    for (const auto& view : std::views::reverse(subviews_)) {
-        if (View* hit = view->hitTest({point.x - view->frame_.x, point.y - view->frame_.y})) return hit;
+    for (auto it = subviews_.rbegin(); it != subviews_.rend(); ++it) {
+        const Rect& frame = (*it)->frame_;
+        if (View* const hit = (*it)->hitTest({point.x - frame.x, point.y - frame.y})) return hit;
     }
     return this;
 }

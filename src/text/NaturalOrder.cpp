@@ -34,6 +34,7 @@ const icu::Collator* userCollator() {
         cachedName = name;
         cached = makeCollator(name);
     }
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): clang 14 takes a thread_local for a local variable
     return cached.get();
 }
 

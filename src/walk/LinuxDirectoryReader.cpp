@@ -24,7 +24,7 @@ namespace {
 
 constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 constexpr int placeFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-constexpr std::size_t batchBytes = 64 * 1024;
+constexpr std::size_t batchBytes = std::size_t{64} * 1024;
 
 Result<FileDescriptor> openat2Within(int base, const char* path, int flags) {
     open_how how{};

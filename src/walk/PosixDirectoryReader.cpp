@@ -15,7 +15,7 @@ namespace vantrel::walking {
 namespace {
 
 constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
-constexpr std::size_t batchBytes = 64 * 1024;
+constexpr std::size_t batchBytes = std::size_t{64} * 1024;
 constexpr std::size_t longestEntry = 1 + NAME_MAX + 1;
 
 class PosixDirectoryStream final : public DirectoryStream {

@@ -36,8 +36,8 @@ std::unique_ptr<walking::DirectoryReader> WalkPool::portableReader() {
 
 WalkPool::WalkPool(const Clock& clock) : WalkPool(clock, Options()) {}
 
-WalkPool::WalkPool(const Clock& clock, Options options)
-    : scheduler_(std::make_unique<walking::WalkScheduler>(clock, std::move(options))) {}
+WalkPool::WalkPool(const Clock& clock, const Options& options)
+    : scheduler_(std::make_unique<walking::WalkScheduler>(clock, options)) {}
 
 WalkPool::~WalkPool() = default;
 

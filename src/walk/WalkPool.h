@@ -50,7 +50,7 @@ public:
     /// Threads start when there is work for them. `clock` must outlive the pool. A relative root starts at
     /// the program's working folder, which should not change while the pool lives.
     explicit WalkPool(const Clock& clock);
-    WalkPool(const Clock& clock, Options options);
+    WalkPool(const Clock& clock, const Options& options);
 
     /// Cancels all walks, without calling their observers, and waits for the threads, be it for a system call
     /// on a dead server. A program therefore keeps its pool until it exits and never destroys it (`*new

@@ -33,7 +33,7 @@ void releaseFolder(Folder* folder) {
     }
 }
 
-WalkScheduler::WalkScheduler(const Clock& clock, WalkPool::Options options)
+WalkScheduler::WalkScheduler(const Clock& clock, const WalkPool::Options& options)
     : clock_(clock), budget_(options.descriptorBudget), available_(static_cast<int>(options.threads)) {
     precondition(options.threads > 0, "a pool needs a thread");
     for (unsigned i = 0; i < options.threads; ++i)

@@ -19,7 +19,7 @@ class WalkWorker;
 /// Deals folders out to the workers of one pool: submitted walks, the workers' queues, sleeping and waking.
 class WalkScheduler {
 public:
-    WalkScheduler(const Clock& clock, WalkPool::Options options);
+    WalkScheduler(const Clock& clock, const WalkPool::Options& options);
     ~WalkScheduler();
 
     void submit(WalkRequest request);
