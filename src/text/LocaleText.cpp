@@ -56,8 +56,10 @@ std::unique_ptr<icu::SimpleDateFormat> makeDateFormat(const icu::Locale& locale,
 /// Milliseconds since 1970 of the moment at which a clock in Greenwich shows what the user's clock showed at
 /// `date`. ICU knows a time zone by its name only; the C library knows every TZ that POSIX allows.
 UDate wallClockMoment(FileTime date) {
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(date);
-    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(date - seconds);
+    // By way of milliseconds: the second that holds the first moment begins too early for nanoseconds.
+    const auto wholeMilliseconds = std::chrono::floor<std::chrono::milliseconds>(date);
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(wholeMilliseconds);
+    const auto milliseconds = wholeMilliseconds - seconds;
     const std::time_t moment = seconds.time_since_epoch().count();
     std::tm local{};
     const long offset = localtime_r(&moment, &local) != nullptr ? local.tm_gmtoff : 0;

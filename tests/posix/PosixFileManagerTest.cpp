@@ -108,6 +108,14 @@ TEST_F(PosixFileManagerTest, tellsDatesBefore1970) {
     EXPECT_EQ(only(folder.path()).attributes->modificationDate.time_since_epoch().count(), -4'750'000'000);
 }
 
+TEST_F(PosixFileManagerTest, tellsTheLastDateThereIsForFilesFromBeyondIt) {
+    const std::string path = folder.makeFile("file");
+    const timespec times[2] = {{0, 0}, {253'370'764'800, 5}};  // the year 9999
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+    // Some file systems end earlier, but still later than 2262.
+    EXPECT_EQ(only(folder.path()).attributes->modificationDate, FileTime::max());
+}
+
 TEST_F(PosixFileManagerTest, followsALinkForItsTargetOnly) {
     const TemporaryFolder elsewhere;
     elsewhere.makeFile("file", std::string(1000, 'x'));

@@ -105,6 +105,12 @@ TEST(FormattedDate, isInTheTimeZoneOfTheCLibrary) {
     EXPECT_EQ(formattedDate(moment(julyNoon), "HH:mm"), "12:00");
 }
 
+TEST(FormattedDate, reachesFromTheFirstMomentToTheLast) {
+    const ScopedEnvironment zone("TZ", "UTC");
+    EXPECT_EQ(formattedDate(FileTime::min(), "yyyy-MM-dd HH:mm:ss"), "1677-09-21 00:12:43");
+    EXPECT_EQ(formattedDate(FileTime::max(), "yyyy-MM-dd HH:mm:ss"), "2262-04-11 23:47:16");
+}
+
 TEST(FormattedDate, isWrittenInTheUsersLanguage) {
     const ScopedEnvironment zone("TZ", "UTC");
     const ScopedLocale german("de_DE.UTF-8");
