@@ -67,6 +67,19 @@ TEST_F(OvPanelViewSpinner, aRowWhoseWalkTheOtherPanelReplacedEndsInTheSameTotal)
     EXPECT_EQ(desktop.walks.walks.size(), 2U) << "the total came from the cache";
 }
 
+TEST_F(OvPanelViewSpinner, aRowThatHasItsTotalIsNotSetBackByAWalkThatItWasAskedForMeanwhile) {
+    desktop.files.addFolder("/d", "sub");
+    panel->setCurrentPath("/d");
+    desktop.walks.walks[0].finish({70, 7});  // reported, but not served yet
+    desktop.clock.advance(301);              // and no longer believed
+    desktop.timers.tickAll();
+    ASSERT_EQ(desktop.walks.walks.size(), 2U);
+    desktop.walks.walks[1].progress({10, 1});
+    desktop.mainQueue.runAll();
+    EXPECT_EQ(item("sub")->vantrelState, VantrelState(state::Calculated{70, 7}));
+    EXPECT_FALSE(panel->isCalculatingSizes());
+}
+
 TEST_F(OvPanelViewSpinner, aRowWhoseWalkTheOtherPanelCancelledByPrefixIsAskedForAgain) {
     desktop.files.addFolder("/home/ann2", "sub");
     desktop.files.addFolder("/home/ann", "docs");
