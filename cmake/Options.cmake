@@ -21,3 +21,7 @@ target_compile_definitions(vantrel_hardening INTERFACE $<${optimized}:_FORTIFY_S
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   target_link_options(vantrel_hardening INTERFACE $<${optimized}:LINKER:-z,relro,-z,now>)
 endif()
+
+if(VANTREL_WITH_FUZZERS)
+  target_compile_options(vantrel_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/AppDelegate.h"
+#include "fuzz/Input.h"
+#include "fuzz/core/LivingFiles.h"
+#include "support/FakeDesktop.h"
+
+namespace vantrel::fuzz {
+
+/// A main queue and a queue of walks that ask the engine something whenever it calls them. An engine that
+/// held its lock then would wait for itself for ever.
+class ProbingMainQueue final : public MainQueue {
+public:
+    explicit ProbingMainQueue(MainQueue& next) : next_(next) {}
+    void post(Task task) override {
+        if (const auto held = engine.lock()) (void)held->isCalculating("");
+        next_.post(std::move(task));
+    }
+    std::weak_ptr<VantrelEngine> engine;
+
+private:
+    MainQueue& next_;
+};
+
+class ProbingWalkQueue final : public WalkQueue {
+public:
+    explicit ProbingWalkQueue(WalkQueue& next) : next_(next) {}
+    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
+                std::unique_ptr<WalkObserver> observer) override {
+        if (const auto held = engine.lock()) (void)held->isCalculating("");
+        next_.submit(std::move(root), std::move(cancellation), std::move(observer));
+    }
+    std::weak_ptr<VantrelEngine> engine;
+
+private:
+    WalkQueue& next_;
+};
+
+/// The whole program from its launch on, on fakes: no thread, no display, no real file.
+class Program {
+public:
+    explicit Program(Input& input);
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    /// Lets one event happen, chosen by `input`, and holds the program against its rules.
+    void step(Input& input);
+
+    /// Lets everything that is under way come to its end: no row may still await its size then.
+    void settle();
+
+private:
+    using Event = void (Program::*)(Input&);
+
+    void pressKey(Input& input);
+    void pressCommandKey(Input& input);
+    void type(Input& input);
+    void click(Input& input);
+    void doubleClick(Input& input);
+    void clickRow(Input& input);
+    void turnWheel(Input& input);
+    void resize(Input& input);
+    void chooseMenuItem(Input& input);
+    void useField(Input& input);
+    void passKeyThroughPreview(Input& input);
+    void tick(Input& input);
+    void advanceClock(Input& input);
+    void serveQueue(Input& input);
+    void advanceWalk(Input& input);
+    void changeFiles(Input& input);
+    void failFiles(Input& input);
+
+    OvCommanderView& commander() { return app_->commanderView(); }
+    void send(const KeyEvent& event);
+    void clickAt(Point place, int clickCount);
+    void endWalk(std::size_t index, Input& input);
+    void check();
+    void checkOperations();
+    void expectVisibleCursorAfter(Key key, const std::function<void()>& event);
+
+    test::FakeDesktop desktop_;
+    LivingFiles files_;
+    ProbingMainQueue mainQueue_{desktop_.mainQueue};
+    ProbingWalkQueue walkQueue_{desktop_.walks};
+    test::CountingHost host_;
+    std::vector<WalkTotals> totals_;  ///< so far, of the walks in the order of their submission
+    int operations_ = 0;              ///< on files, before the last event
+    bool wasAsked_ = false;           ///< whether a dialog about files was open then
+    std::unique_ptr<AppDelegate> app_;
+};
+
+}  // namespace vantrel::fuzz
