@@ -20,6 +20,11 @@ packages_to_test=(
     qt6-wayland sway grim wtype i3-wm
 )
 
+# For ./test --long, besides those.
+packages_for_long_tests=(
+    clang libclang-rt-14-dev bubblewrap
+)
+
 # For tools/tidy and tools/pictures, besides those.
 packages_to_contribute=(
     clang-tidy-14 imagemagick

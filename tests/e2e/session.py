@@ -160,7 +160,7 @@ class Session:
         command = [os.path.join(self.programs, "vantrel"), *arguments]
         self.start_command(command, cwd, extra_environment)
 
-    def start_command(self, command, cwd=None, extra_environment=None):
+    def start_command(self, command, cwd=None, extra_environment=None, **options):
         self._close_outputs()
         self.outputs = [open(self.path(name), "w+b") for name in ("stdout", "stderr")]
         self.program = self.spawn(
@@ -169,6 +169,7 @@ class Session:
             env={**self.environment, **(extra_environment or {})},
             stdout=self.outputs[0],
             stderr=self.outputs[1],
+            **options,
         )
 
     def open_window(self, *arguments, **options):
