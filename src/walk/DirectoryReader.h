@@ -81,6 +81,9 @@ public:
     /// The next entry of the batch, without "." and "..". False when the batch is used up.
     virtual bool next(Entry& entry) = 0;
 
+    /// Back to the first entry of the batch.
+    virtual void rewind() = 0;
+
     /// Looks at an entry without following a link or opening it.
     virtual bool measure(int folder, const char* name, Measure& measure) = 0;
 

@@ -21,6 +21,7 @@ public:
     bool expectsMore() const override;
     int measuringFrom(int folder) override { return folder; }
     bool next(Entry& entry) override;
+    void rewind() override { position_ = 0; }
     bool measure(int folder, const char* name, Measure& measure) override;
     void rest() override {}
 

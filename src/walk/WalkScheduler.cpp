@@ -10,6 +10,18 @@ namespace vantrel::walking {
 
 namespace {
 
+// Some tens of microseconds: about as long as a sleeping thread takes to be woken.
+constexpr int looksBeforeSleep = 1000;
+
+// Not a yield to other threads, which may cost this one its turn for milliseconds.
+void relaxProcessor() {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#elif defined(__aarch64__)
+    asm volatile("yield");
+#endif
+}
+
 // Signals are for the program's own threads. Threads started during its life inherit the empty mask.
 class SignalsBlocked {
 public:
@@ -34,7 +46,10 @@ void releaseFolder(Folder* folder) {
 }
 
 WalkScheduler::WalkScheduler(const Clock& clock, const WalkPool::Options& options)
-    : clock_(clock), budget_(options.descriptorBudget), available_(static_cast<int>(options.threads)) {
+    : clock_(clock),
+      budget_(options.descriptorBudget),
+      mayAwait_(std::thread::hardware_concurrency() > 1),
+      available_(static_cast<int>(options.threads)) {
     precondition(options.threads > 0, "a pool needs a thread");
     for (unsigned i = 0; i < options.threads; ++i)
         workers_.push_back(std::make_unique<WalkWorker>(*this, i, options.makeReader()));
@@ -67,10 +82,24 @@ Folder* WalkScheduler::take(WalkWorker& worker) {
         if (Folder* folder = worker.queue().takeNewest()) return folder;
         if (Folder* folder = beginFurtherWalk()) return folder;
         if (Folder* folder = steal(worker)) return folder;
+        if (awaitWork()) continue;
         worker.rest();
         sleep();
     }
     return nullptr;
+}
+
+// Going to sleep and being woken takes several times as long as a small folder, so one worker at a time,
+// where there is more than one processor, stays awake a little longer. True when there is work.
+bool WalkScheduler::awaitWork() {
+    if (!mayAwait_ || isAwaiting_.exchange(true)) return false;
+    bool found = false;
+    for (int i = 0; i < looksBeforeSleep && !found && !isStopping(); ++i) {
+        relaxProcessor();
+        found = hasWork();
+    }
+    isAwaiting_ = false;
+    return found;
 }
 
 Folder* WalkScheduler::beginFurtherWalk() {
@@ -125,6 +154,7 @@ void WalkScheduler::sleep() {
 }
 
 void WalkScheduler::wakeOne() {
+    if (isAwaiting_.load()) return;  // it will see what was pushed, at the latest in `sleep`
     if (available_.load() == 0) return;
     std::lock_guard lock(sleepLock_);
     if (threads_.size() < workers_.size() && sleepers() <= wakeUps_) return startThread();

@@ -49,6 +49,7 @@ public:
 
 private:
     Folder* steal(WalkWorker& thief);
+    bool awaitWork();
     void sleep();
     void startThread();
     int sleepers() const;
@@ -61,6 +62,9 @@ private:
     std::mutex walksLock_;
     std::deque<std::unique_ptr<RunningWalk>> waitingWalks_;  // under walksLock_
     std::atomic<std::size_t> waitingWalkCount_{0};
+
+    const bool mayAwait_;                  // more than one processor
+    std::atomic<bool> isAwaiting_{false};  // one worker is about to sleep but still looks out for work
 
     std::mutex sleepLock_;
     std::condition_variable wakeUp_;

@@ -64,7 +64,7 @@ void WalkWorker::read(Folder& folder) {
             countHandedOver(folder);
             return;  // the stream belongs to whoever reads on
         }
-        count(folder);
+        countBatch(folder);
         if (reader_->reachedEnd(folder.descriptor(), folder.walk().volume())) break;
     }
     folder.endReading();
@@ -77,24 +77,53 @@ void WalkWorker::countHandedOver(Folder& folder) {
     folder.useAgain();
     queue_.push(&folder);
     scheduler_.wakeOne();
-    count(folder);
+    countBatch(folder);
 }
 
-void WalkWorker::count(Folder& folder) {
+void WalkWorker::countBatch(Folder& folder) {
+    if (folder.walk().reach() == WalkPool::Reach::wholeTree) handOutSubFolders(folder);
+    countFiles(folder);
+}
+
+// The sub-folders go to whoever is idle before the files are looked at, which takes far longer. In a chain of
+// folders that is all that two threads can do side by side.
+void WalkWorker::handOutSubFolders(Folder& folder) {
+    Entry entry;
+    bool hasFiles = false;
+    while (!folder.walk().isCancelled() && reader_->next(entry)) {
+        if (entry.kind == EntryKind::folder) {
+            children_.push_back(Folder::make(folder.walk(), &folder, entry.name));
+            folder.walk().progress(counted_);
+        } else if (entry.kind != EntryKind::link) {
+            hasFiles = true;
+        }
+    }
+    reader_->rewind();
+    // Without files there is nothing to do meanwhile; with few descriptors left their number has to stay
+    // small.
+    if (!hasFiles || children_.empty() || scheduler_.budget().isUsedUp()) return;
+    folder.expect(static_cast<std::uint32_t>(children_.size()));
+    folder.keepWithin(scheduler_.budget());
+    queueChildren();
+}
+
+void WalkWorker::queueChildren() {
+    queue_.push(children_);
+    scheduler_.wakeOne();
+    children_.clear();
+}
+
+void WalkWorker::countFiles(Folder& folder) {
     RunningWalk& walk = folder.walk();
     const int descriptor = reader_->measuringFrom(folder.descriptor());
     Entry entry;
     Measure measure;
     while (!walk.isCancelled() && reader_->next(entry)) {
-        if (entry.kind == EntryKind::link) continue;
-        if (entry.kind != EntryKind::folder) {
-            if (!reader_->measure(descriptor, entry.name, measure)) continue;
-            entry.kind = measure.kind;
-            if (entry.kind == EntryKind::link) continue;
-        }
-        if (entry.kind != EntryKind::folder)
+        if (entry.kind == EntryKind::link || entry.kind == EntryKind::folder) continue;
+        if (!reader_->measure(descriptor, entry.name, measure)) continue;
+        if (measure.kind == EntryKind::other)
             addChecked(counted_, {measure.bytes, 1});
-        else if (walk.reach() == WalkPool::Reach::wholeTree)
+        else if (measure.kind == EntryKind::folder && walk.reach() == WalkPool::Reach::wholeTree)
             children_.push_back(Folder::make(walk, &folder, entry.name));
         walk.progress(counted_);
     }
@@ -118,11 +147,7 @@ Folder* WalkWorker::publishChildren(Folder& folder) {
     } else {
         folder.keepWithin(scheduler_.budget());
     }
-    if (!children_.empty()) {
-        queue_.push(children_);
-        scheduler_.wakeOne();
-        children_.clear();
-    }
+    if (!children_.empty()) queueChildren();
     if (inUse) folder.endUse();
     return kept;
 }

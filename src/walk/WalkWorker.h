@@ -29,8 +29,11 @@ public:
 private:
     Folder* visit(Folder* folder);
     void read(Folder& folder);
-    void count(Folder& folder);
     void countHandedOver(Folder& folder);
+    void countBatch(Folder& folder);
+    void handOutSubFolders(Folder& folder);
+    void countFiles(Folder& folder);
+    void queueChildren();
     Folder* publishChildren(Folder& folder);
 
     bool open(Folder& folder);

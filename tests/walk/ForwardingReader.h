@@ -39,6 +39,7 @@ public:
     void rest() override { real_->rest(); }
     bool expectsMore() const override { return real_->expectsMore(); }
     bool next(walking::Entry& entry) override { return real_->next(entry); }
+    void rewind() override { real_->rewind(); }
     bool measure(int folder, const char* name, walking::Measure& measure) override {
         return real_->measure(folder, name, measure);
     }

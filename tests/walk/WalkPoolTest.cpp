@@ -157,6 +157,21 @@ TEST_P(WalkPoolRules, dealsTheFoldersOfOneWalkToAllThreads) {
     EXPECT_EQ(walk.record->waitForEnd(), finished(0, 4));
 }
 
+TEST_P(WalkPoolRules, handsSubFoldersOutBeforeItLooksAtFiles) {
+    folder.makeFile("file");
+    folder.makeFolder("inner");
+    folder.makeFile("inner/file");
+    Gate gate;
+    auto gated = options();
+    gated.makeReader = disturbed<GatedReader>(GetParam(), &gate);
+    WalkPool pool(clock, gated);
+    const auto walk = submit(pool, folder.path());
+    // The thread that read the root stops at its file, so that only another can come to the inner one.
+    EXPECT_TRUE(gate.waitForArrivals(2));
+    gate.open();
+    EXPECT_EQ(walk.record->waitForEnd(), finished(0, 2));
+}
+
 // Enough names for one batch to be worth a working folder of the thread's own.
 void makeManyFiles(const TemporaryFolder& folder) {
     for (int i = 0; i < 60; ++i) folder.makeFile("a file with a name of some length " + std::to_string(i));
