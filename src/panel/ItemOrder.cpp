@@ -4,7 +4,9 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <iterator>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -156,9 +158,71 @@ std::vector<Row> makeRows(ItemList& items, SortField field, SortDirection direct
     return rows;
 }
 
+// What a list by size is sorted by, in the order in which `RowOrder` sorts.
+struct SizeKey {
+    bool isInSecondGroup;
+    std::int64_t number;
+
+    auto operator<=>(const SizeKey&) const = default;
+};
+
+std::vector<SizeKey> sizeKeys(std::span<const std::shared_ptr<FileItem>> rows, SortDirection direction) {
+    std::vector<SizeKey> keys;
+    keys.reserve(rows.size());
+    for (const auto& row : rows) {
+        const bool isInSecondGroup = row->isDirectory != (direction == SortDirection::ascending);
+        keys.push_back({isInSecondGroup, largestFirst(row->effectiveSize())});
+    }
+    return keys;
+}
+
+template <class Iterator>
+void moveForward(Iterator begin, std::ptrdiff_t from, std::ptrdiff_t to) {
+    std::rotate(begin + to, begin + from, begin + from + 1);
+}
+
+// Moves the one row that stands too far back; rows that are equal to it stay before it. False, and nothing
+// moved, when more than that is out of order.
+bool moveOneRowForward(std::span<std::shared_ptr<FileItem>> rows, std::vector<SizeKey>& keys) {
+    const auto fall = std::ranges::adjacent_find(keys, std::greater<>());
+    if (fall == keys.end()) return true;
+    const auto stray = fall + 1;
+    const auto behind = stray + 1;
+    if (behind != keys.end() && (*behind < *fall || !std::is_sorted(behind, keys.end()))) return false;
+    const auto from = stray - keys.begin();
+    const auto to = std::upper_bound(keys.begin(), stray, *stray) - keys.begin();
+    moveForward(rows.begin(), from, to);
+    moveForward(keys.begin(), from, to);
+    return true;
+}
+
+void reverseEqualRuns(std::span<std::shared_ptr<FileItem>> rows, const std::vector<SizeKey>& keys) {
+    for (auto run = keys.begin(); run != keys.end();) {
+        const auto end = std::find_if(run, keys.end(), [run](const SizeKey& key) { return key != *run; });
+        std::reverse(rows.begin() + (run - keys.begin()), rows.begin() + (end - keys.begin()));
+        run = end;
+    }
+}
+
+// The usual case of a list by size: it was in order, then the total of one folder arrived. Does what the sort
+// below does, without gathering rows. False, and nothing changed, when it is another case.
+bool sortAfterOneGrew(ItemList& items, SortDirection direction) {
+    const bool hasParent = !items.empty() && items.front()->isParentDir;
+    const std::span rows = std::span(items).subspan(hasParent ? 1 : 0);
+    if (std::ranges::any_of(rows, [](const auto& row) { return row->isParentDir; })) return false;
+    const bool isBackward = direction == SortDirection::descending;
+    if (isBackward) std::ranges::reverse(rows);
+    std::vector<SizeKey> keys = sizeKeys(rows, direction);
+    const bool isSorted = moveOneRowForward(rows, keys);
+    if (isSorted && isBackward) reverseEqualRuns(rows, keys);
+    if (isBackward) std::ranges::reverse(rows);
+    return isSorted;
+}
+
 }  // namespace
 
 void sortItems(ItemList& items, SortField field, SortDirection direction) {
+    if (field == SortField::size && sortAfterOneGrew(items, direction)) return;
     const auto parent = std::ranges::find_if(items, [](const auto& item) { return item->isParentDir; });
     ItemList sorted;
     sorted.reserve(items.size());

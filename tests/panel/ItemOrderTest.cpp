@@ -181,9 +181,9 @@ TEST(ItemOrder, aNearlySortedListWithAFewChangedTotalsIsOrderedInFull) {
     ItemList items;
     for (int i = 0; i < 500; ++i) items.push_back(folder("d" + std::to_string(i), state::Calculating{0, 0}));
     for (int arrival = 0; arrival < 500; ++arrival) {
-        for (int grown = 0; grown < 3; ++grown) {
+        for (int grown = 0; grown < arrival % 4; ++grown) {
             auto& row = *items[random() % items.size()];
-            row.vantrelState = state::Calculating{row.effectiveSize() + static_cast<int>(random() % 100), 1};
+            row.vantrelState = state::Calculating{row.effectiveSize() + static_cast<int>(random() % 4), 1};
         }
         const SortDirection direction = arrival % 100 < 50 ? ascending : descending;
         const ItemList expected = mergeSortedByTheRule(items, direction);
