@@ -2,8 +2,7 @@
 //   list/N         a folder of N files on disk is read, made into rows and sorted by name
 //   sort/FIELD/N   N rows in listing order are sorted by a field, sort keys included
 //   arrival/N      one of N folders gets its total and the list, sorted by size, is put in order again; the
-//   other
-//                  walks go on, so a few running totals have changed as well
+//                  other walks go on, so a few running totals have changed as well
 //   spinnerTick/N  one tick of the spinner while N folders are being measured
 // Names mix words, numbers, letter case and a few accents from a fixed seed; files are empty.
 

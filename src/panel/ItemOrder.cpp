@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <iterator>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -139,13 +140,18 @@ void sortNearlySorted(std::vector<Row>& rows, const RowOrder& before) {
     rows = std::move(merged);
 }
 
-void reverseEqualRuns(std::vector<Row>& rows, const RowOrder& order) {
+// Descending is the negation of ascending, under which equal rows count as in order both ways: a stable merge
+// sort turns their relative order round at every sort. No standard algorithm may be given such a comparison,
+// so the turn is made here. The list was read back to front once; turning each run of equal rows and then the
+// whole leaves exactly those runs turned.
+template <class Rows, class Equal>
+void turnRound(Rows& rows, Equal areEqual) {
     for (auto run = rows.begin(); run != rows.end();) {
-        const auto differs = [&](const Row& row) { return std::is_neq(order.compare(*run, row)); };
-        const auto end = std::find_if(run, rows.end(), differs);
+        const auto end = std::find_if(run, rows.end(), [&](const auto& row) { return !areEqual(*run, row); });
         std::reverse(run, end);
         run = end;
     }
+    std::ranges::reverse(rows);
 }
 
 std::vector<Row> makeRows(ItemList& items, SortField field, SortDirection direction) {
@@ -158,71 +164,64 @@ std::vector<Row> makeRows(ItemList& items, SortField field, SortDirection direct
     return rows;
 }
 
-// What a list by size is sorted by, in the order in which `RowOrder` sorts.
+// What a row of a list by size is sorted by, in the order in which `RowOrder` sorts.
 struct SizeKey {
     bool isInSecondGroup;
     std::int64_t number;
+    std::size_t place;  // before the sort; not compared
 
-    auto operator<=>(const SizeKey&) const = default;
+    bool operator==(const SizeKey& other) const {
+        return isInSecondGroup == other.isInSecondGroup && number == other.number;
+    }
+    bool operator<(const SizeKey& other) const {
+        if (isInSecondGroup != other.isInSecondGroup) return other.isInSecondGroup;
+        return number < other.number;
+    }
 };
 
-std::vector<SizeKey> sizeKeys(std::span<const std::shared_ptr<FileItem>> rows, SortDirection direction) {
+// The keys of rows by size, sorted. Nothing when more than a few rows stand too far back.
+std::optional<std::vector<SizeKey>> keysOfNearlySorted(std::span<const std::shared_ptr<FileItem>> rows,
+                                                       SortDirection direction) {
+    constexpr int mostStrays = 8;
+    int strays = 0;
     std::vector<SizeKey> keys;
     keys.reserve(rows.size());
-    for (const auto& row : rows) {
-        const bool isInSecondGroup = row->isDirectory != (direction == SortDirection::ascending);
-        keys.push_back({isInSecondGroup, largestFirst(row->effectiveSize())});
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::size_t place = direction == SortDirection::ascending ? i : rows.size() - 1 - i;
+        const FileItem& row = *rows[place];
+        const bool isInSecondGroup = row.isDirectory != (direction == SortDirection::ascending);
+        const SizeKey key{isInSecondGroup, largestFirst(row.effectiveSize()), place};
+        if (keys.empty() || !(key < keys.back())) {
+            keys.push_back(key);
+        } else {
+            if (++strays > mostStrays) return std::nullopt;
+            keys.insert(std::ranges::upper_bound(keys, key, std::less<>()), key);
+        }
     }
     return keys;
 }
 
-template <class Iterator>
-void moveForward(Iterator begin, std::ptrdiff_t from, std::ptrdiff_t to) {
-    std::rotate(begin + to, begin + from, begin + from + 1);
-}
-
-// Moves the one row that stands too far back; rows that are equal to it stay before it. False, and nothing
-// moved, when more than that is out of order.
-bool moveOneRowForward(std::span<std::shared_ptr<FileItem>> rows, std::vector<SizeKey>& keys) {
-    const auto fall = std::ranges::adjacent_find(keys, std::greater<>());
-    if (fall == keys.end()) return true;
-    const auto stray = fall + 1;
-    const auto behind = stray + 1;
-    if (behind != keys.end() && (*behind < *fall || !std::is_sorted(behind, keys.end()))) return false;
-    const auto from = stray - keys.begin();
-    const auto to = std::upper_bound(keys.begin(), stray, *stray) - keys.begin();
-    moveForward(rows.begin(), from, to);
-    moveForward(keys.begin(), from, to);
-    return true;
-}
-
-void reverseEqualRuns(std::span<std::shared_ptr<FileItem>> rows, const std::vector<SizeKey>& keys) {
-    for (auto run = keys.begin(); run != keys.end();) {
-        const auto end = std::find_if(run, keys.end(), [run](const SizeKey& key) { return key != *run; });
-        std::reverse(rows.begin() + (run - keys.begin()), rows.begin() + (end - keys.begin()));
-        run = end;
-    }
-}
-
-// The usual case of a list by size: it was in order, then the total of one folder arrived. Does what the sort
-// below does, without gathering rows. False, and nothing changed, when it is another case.
-bool sortAfterOneGrew(ItemList& items, SortDirection direction) {
+// The usual case of a list by size: it was in order, then the total of one folder arrived and few others
+// grew. Does what the sort below does, without gathering all that a sort may need. False, and nothing
+// changed, when it is another case.
+bool sortAfterFewGrew(ItemList& items, SortDirection direction) {
     const bool hasParent = !items.empty() && items.front()->isParentDir;
     const std::span rows = std::span(items).subspan(hasParent ? 1 : 0);
     if (std::ranges::any_of(rows, [](const auto& row) { return row->isParentDir; })) return false;
-    const bool isBackward = direction == SortDirection::descending;
-    if (isBackward) std::ranges::reverse(rows);
-    std::vector<SizeKey> keys = sizeKeys(rows, direction);
-    const bool isSorted = moveOneRowForward(rows, keys);
-    if (isSorted && isBackward) reverseEqualRuns(rows, keys);
-    if (isBackward) std::ranges::reverse(rows);
-    return isSorted;
+    auto keys = keysOfNearlySorted(rows, direction);
+    if (!keys) return false;
+    if (direction == SortDirection::descending) turnRound(*keys, std::equal_to<>());
+    ItemList sorted;
+    sorted.reserve(rows.size());
+    for (const SizeKey& key : *keys) sorted.push_back(std::move(rows[key.place]));
+    std::ranges::move(sorted, rows.begin());
+    return true;
 }
 
 }  // namespace
 
 void sortItems(ItemList& items, SortField field, SortDirection direction) {
-    if (field == SortField::size && sortAfterOneGrew(items, direction)) return;
+    if (field == SortField::size && sortAfterFewGrew(items, direction)) return;
     const auto parent = std::ranges::find_if(items, [](const auto& item) { return item->isParentDir; });
     ItemList sorted;
     sorted.reserve(items.size());
@@ -232,12 +231,7 @@ void sortItems(ItemList& items, SortField field, SortDirection direction) {
     const RowOrder order{direction};
     sortNearlySorted(rows, order);
     if (direction == SortDirection::descending) {
-        // Descending is the negation of ascending, under which equal rows count as in order both ways: a
-        // stable merge sort turns their relative order round at every sort. No standard algorithm may be
-        // given such a comparison, so the turn is made here. The list was read back to front once; turning
-        // each run of equal rows and then the whole leaves exactly those runs turned.
-        reverseEqualRuns(rows, order);
-        std::ranges::reverse(rows);
+        turnRound(rows, [&order](const Row& a, const Row& b) { return std::is_eq(order.compare(a, b)); });
     }
     std::ranges::transform(rows, std::back_inserter(sorted), [](Row& row) { return std::move(row.item); });
     items = std::move(sorted);
