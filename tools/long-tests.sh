@@ -10,7 +10,7 @@ fuzz_one_target='
         -artifact_prefix="build/fuzz/$target-" "$corpus" "tests/fuzz/corpus/$target" >"$output" 2>&1
     status=$?
     [ $status -eq 0 ] || tail -n 60 "$output" >&2
-    echo "$target $status $(sed -n "s/^stat::number_of_executed_units: *//p" "$output")"
+    echo "$target $status $(sed -n "s/^stat::number_of_executed_units: *//p" "$output" | tail -n 1)"
 '
 
 # fuzz SECONDS: libFuzzer on each target, as many at once as there are processors.

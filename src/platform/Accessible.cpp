@@ -1,7 +1,6 @@
 #include "platform/Accessible.h"
 
 #include <numeric>
-#include <ranges>
 
 #include "platform/View.h"
 
@@ -30,9 +29,11 @@ std::vector<std::size_t> Accessible::shownElements() const {
 }
 
 std::optional<AccessiblePlace> accessibleFocus(View& root) {
-    for (const auto& subview : std::views::reverse(root.subviews())) {
-        const auto focus = accessibleFocus(*subview);
-        if (focus || isDialog(*subview)) return focus;
+    // Not std::views::reverse: clang 14 cannot read it in the library of gcc 12.
+    const auto& subviews = root.subviews();
+    for (auto subview = subviews.rbegin(); subview != subviews.rend(); ++subview) {
+        const auto focus = accessibleFocus(**subview);
+        if (focus || isDialog(**subview)) return focus;
     }
     const Accessible* const accessible = root.accessible();
     const auto element = accessible == nullptr ? std::nullopt : accessible->focusedElement();

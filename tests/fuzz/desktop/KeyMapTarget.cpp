@@ -1,3 +1,4 @@
+#include <QInputDevice>
 #include <QKeyEvent>
 #include <QString>
 
@@ -53,12 +54,18 @@ bool isText(const std::string& typed) {
     return isUtf8(typed) && std::ranges::none_of(decodedUtf8(typed), isControl);
 }
 
+// One of our own: Qt forgets the keyboard that it makes up where there is no application.
+const QInputDevice& keyboard() {
+    static const QInputDevice device;
+    return device;
+}
+
 void checkKey(const QKeyEvent& event) {
     const KeyEvent mapped = keyEventFrom(event);
     require(mapped.key <= Key::f10, "a key is one of ours");
     require(isText(mapped.characters) && isText(mapped.charactersIgnoringModifiers),
             "keys type text without control characters");
-    const QKeyEvent alone(QEvent::KeyPress, event.key(), Qt::NoModifier);
+    const QKeyEvent alone(QEvent::KeyPress, event.key(), Qt::NoModifier, 0, 0, 0, {}, false, 1, &keyboard());
     require(keyEventFrom(alone).key == mapped.key, "modifiers make no other key of it");
     require((mapped.command == CommandKey::held) == holdsCommand(event), "Control is the command key");
     require(!isModifierKey(event) || mapped.key == Key::character, "a modifier is no key of ours");
@@ -82,7 +89,7 @@ void tryKeyMap(std::span<const std::uint8_t> bytes) {
         const Qt::KeyboardModifiers held = modifiers(input);
         const auto scanCode = static_cast<quint32>(input.below(80));
         const QString text = typedText(input);
-        checkKey(QKeyEvent(QEvent::KeyPress, key, held, scanCode, 0, 0, text));
+        checkKey(QKeyEvent(QEvent::KeyPress, key, held, scanCode, 0, 0, text, false, 1, &keyboard()));
         require(isUtf8(keyEventFromCommit(text).characters), "an input method types UTF-8");
     }
 }
