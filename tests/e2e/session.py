@@ -189,15 +189,18 @@ class Session:
         found = self.xdotool("search", "--onlyvisible", "--name", f"^{TITLE}$", check=False).split()
         return found[0] if found else None
 
-    def is_painted(self):
-        """Finds the window's content: x, y, width, height. False while it is not painted."""
-        information = self.run("xwininfo", "-id", self.window)
+    def geometry(self, window):
+        """x, y, width and height on the screen, without the frame. (xdotool counts the frame twice.)"""
         numbers = {}
-        for line in information.splitlines():
+        for line in self.run("xwininfo", "-id", window).splitlines():
             name, _, value = line.strip().partition(":")
             numbers[name] = value.strip()
-        self.x, top = int(numbers["Absolute upper-left X"]), int(numbers["Absolute upper-left Y"])
-        self.width, window_height = int(numbers["Width"]), int(numbers["Height"])
+        names = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return tuple(int(numbers[name]) for name in names)
+
+    def is_painted(self):
+        """Finds the window's content: x, y, width, height. False while it is not painted."""
+        self.x, top, self.width, window_height = self.geometry(self.window)
         # The content begins where the menu bar line of its own begins, below the native menu bar.
         for height in range(60):
             if self.screen.pixel(self.x + 2, top + height) == (171, 171, 171):

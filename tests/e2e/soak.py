@@ -133,17 +133,9 @@ class Soak:
 
     def _content(self):
         """Where the content is now: below the menu bar, as high as it was at the start."""
-        numbers = {}
-        for line in self.session.run("xwininfo", "-id", self.session.window).splitlines():
-            name, _, value = line.strip().partition(":")
-            numbers[name] = value.strip()
+        x, y, width, height = self.session.geometry(self.session.window)
         top = self.session.menu_bar_height
-        return (
-            int(numbers["Absolute upper-left X"]),
-            int(numbers["Absolute upper-left Y"]) + top,
-            int(numbers["Width"]),
-            int(numbers["Height"]) - top,
-        )
+        return x, y + top, width, height - top
 
     def calm_down(self):
         """No dialog, no preview."""
