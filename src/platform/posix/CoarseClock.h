@@ -1,8 +1,6 @@
 #pragma once
 
-#include <ctime>
-
-#include "platform/Clock.h"
+#include "platform/posix/ClockReading.h"
 
 namespace vantrel {
 
@@ -12,13 +10,10 @@ class CoarseClock final : public Clock {
 public:
     Seconds now() const override {
 #ifdef CLOCK_MONOTONIC_COARSE
-        constexpr clockid_t clock = CLOCK_MONOTONIC_COARSE;
+        return readingOf(CLOCK_MONOTONIC_COARSE);
 #else
-        constexpr clockid_t clock = CLOCK_MONOTONIC;
+        return readingOf(CLOCK_MONOTONIC);
 #endif
-        std::timespec time{};
-        ::clock_gettime(clock, &time);
-        return Seconds(static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9);
     }
 };
 

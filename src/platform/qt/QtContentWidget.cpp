@@ -94,20 +94,8 @@ void QtContentWidget::fitRoot() {
 }
 
 bool QtContentWidget::event(QEvent* event) {
-    switch (event->type()) {
-        case QEvent::ShortcutOverride:
-            // What the main menu wants is taken before; every other key is the content's own.
-            event->accept();
-            return true;
-        case QEvent::KeyPress:
-            // Here and not in keyPressEvent, which never sees the keys that move the focus.
-            event->accept();
-            if (const auto& key = *static_cast<QKeyEvent*>(event); !isModifierKey(key))
-                sendKey(keyEventFrom(key));
-            return true;
-        default:
-            return QWidget::event(event);
-    }
+    return takesKey(*event, [this](const QKeyEvent& key) { sendKey(keyEventFrom(key)); }) ||
+           QWidget::event(event);
 }
 
 void QtContentWidget::sendKey(const KeyEvent& event) {

@@ -21,4 +21,17 @@ bool holdsCommand(const QKeyEvent& event);
 /// Whether it is the press of Shift, Control, Caps Lock and their like, which by themselves mean nothing.
 bool isModifierKey(const QKeyEvent& event);
 
+/// For the event() of a widget to which every key belongs but those that the main menu wants, which takes
+/// them before: `take` gets each key that is pressed. False when the event is none of the keyboard's. In
+/// event() and not in keyPressEvent, which never sees the keys that move the focus.
+template <class Take>
+bool takesKey(QEvent& event, Take take) {
+    if (event.type() != QEvent::ShortcutOverride && event.type() != QEvent::KeyPress) return false;
+    event.accept();
+    if (event.type() == QEvent::KeyPress) {
+        if (const auto& key = static_cast<const QKeyEvent&>(event); !isModifierKey(key)) take(key);
+    }
+    return true;
+}
+
 }  // namespace vantrel

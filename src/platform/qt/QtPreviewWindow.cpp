@@ -133,19 +133,10 @@ void QtPreviewWindow::showPages(const QList<QImage>& pages) {
 }
 
 bool QtPreviewWindow::event(QEvent* event) {
-    switch (event->type()) {
-        case QEvent::ShortcutOverride:
-            event->accept();
-            return true;
-        case QEvent::KeyPress:
-            // Here and not in keyPressEvent, which never sees the keys that move the focus.
-            event->accept();
-            if (const auto& key = *static_cast<QKeyEvent*>(event); !isModifierKey(key))
-                takeKey(keyEventFrom(key), key.isAutoRepeat() ? KeyRepeat::held : KeyRepeat::first);
-            return true;
-        default:
-            return QWidget::event(event);
-    }
+    const auto take = [this](const QKeyEvent& key) {
+        takeKey(keyEventFrom(key), key.isAutoRepeat() ? KeyRepeat::held : KeyRepeat::first);
+    };
+    return takesKey(*event, take) || QWidget::event(event);
 }
 
 void QtPreviewWindow::inputMethodEvent(QInputMethodEvent* event) {
