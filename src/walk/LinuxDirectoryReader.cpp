@@ -69,23 +69,6 @@ Result<FileDescriptor> sparingAccessTimes(Volume& volume, Open open) {
     return open(readFlags);
 }
 
-bool isDotOrDotDot(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-EntryKind kindOf(unsigned char type) {
-    switch (type) {
-        case DT_UNKNOWN:
-            return EntryKind::unknown;
-        case DT_DIR:
-            return EntryKind::folder;
-        case DT_LNK:
-            return EntryKind::link;
-        default:
-            return EntryKind::other;
-    }
-}
-
 }  // namespace
 
 LinuxDirectoryReader::LinuxDirectoryReader() : batch_(std::make_unique_for_overwrite<char[]>(batchBytes)) {}
@@ -167,7 +150,7 @@ bool LinuxDirectoryReader::next(Entry& entry) {
         lastPosition_ = record->d_off;
         if (isDotOrDotDot(record->d_name)) continue;
         entry.name = record->d_name;
-        entry.kind = kindOf(record->d_type);
+        entry.kind = kindOf(*record);
         return true;
     }
     return false;

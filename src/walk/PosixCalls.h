@@ -1,5 +1,6 @@
 #pragma once
 
+#include <dirent.h>
 #include <sys/stat.h>
 
 #include <optional>
@@ -27,6 +28,29 @@ Result<FileDescriptor> openOnSameDevice(int parent, const char* name, int flags)
 
 /// Kind and allocated size out of a stat structure; its length where no number of blocks is known.
 Measure measureOf(const struct stat& status);
+
+inline bool isDotOrDotDot(const char* name) {
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+/// What a record of a directory (dirent or dirent64) says of its entry.
+template <class Record>
+EntryKind kindOf([[maybe_unused]] const Record& record) {
+#ifdef DT_UNKNOWN
+    switch (record.d_type) {
+        case DT_UNKNOWN:
+            return EntryKind::unknown;
+        case DT_DIR:
+            return EntryKind::folder;
+        case DT_LNK:
+            return EntryKind::link;
+        default:
+            return EntryKind::other;
+    }
+#else
+    return EntryKind::unknown;
+#endif
+}
 
 /// Opens `path` piece by piece, each relative to the one before: `open(base, piece)` gets pieces of at most
 /// `longestPiece` bytes (or one component, if that alone is longer), the first relative to `base`.

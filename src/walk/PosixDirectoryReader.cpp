@@ -28,27 +28,6 @@ private:
     DIR* stream_;
 };
 
-bool isDotOrDotDot(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-EntryKind kindOf([[maybe_unused]] const dirent& entry) {
-#ifdef DT_UNKNOWN
-    switch (entry.d_type) {
-        case DT_UNKNOWN:
-            return EntryKind::unknown;
-        case DT_DIR:
-            return EntryKind::folder;
-        case DT_LNK:
-            return EntryKind::link;
-        default:
-            return EntryKind::other;
-    }
-#else
-    return EntryKind::unknown;
-#endif
-}
-
 }  // namespace
 
 PosixDirectoryReader::PosixDirectoryReader() {
