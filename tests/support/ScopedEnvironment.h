@@ -11,7 +11,7 @@ namespace vantrel::test {
 /// The C library's time zone follows. Only while no other thread reads the environment.
 class ScopedEnvironment {
 public:
-    ScopedEnvironment(std::string name, std::optional<std::string> value) : name_(std::move(name)) {
+    ScopedEnvironment(std::string name, const std::optional<std::string>& value) : name_(std::move(name)) {
         if (const char* const before = std::getenv(name_.c_str())) before_ = before;
         set(value);
     }

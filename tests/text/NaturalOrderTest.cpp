@@ -127,6 +127,7 @@ TEST(NaturalSortKey, isTheSameInEveryThread) {
     std::vector<std::string> keys(4);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(keys.size());
         for (std::string& key : keys) {
             threads.emplace_back([&key] {
                 for (int round = 0; round < 100; ++round) key = naturalSortKey("File10");

@@ -13,8 +13,8 @@ namespace vantrel {
 
 namespace {
 
-constexpr std::size_t bufferSize = 256 * 1024;
-constexpr std::size_t largestKernelCopy = 1 << 30;
+constexpr std::size_t bufferSize = std::size_t{256} * 1024;
+constexpr std::size_t largestKernelCopy = std::size_t{1} << 30;
 
 bool meansOtherwise(const std::error_code& error) {
     return error == std::errc::cross_device_link || error == std::errc::invalid_argument ||

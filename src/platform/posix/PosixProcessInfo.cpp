@@ -102,7 +102,7 @@ std::string PosixProcessInfo::currentDirectoryPath() const {
 }
 
 std::string PosixProcessInfo::homeDirectory() const {
-    const std::string home = environmentValue("HOME");
+    std::string home = environmentValue("HOME");
     if (isAbsolute(home)) return home;
     const std::optional<User> user = thisUser();
     return user && isAbsolute(user->home) ? user->home : "/";
