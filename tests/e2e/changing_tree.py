@@ -15,6 +15,11 @@ MOST_FILLING = 0.7  # of the file system
 PAUSE = 0.003  # seconds
 
 
+def never_waiting(path, flags):
+    """Opens a FIFO that nobody reads only to fail."""
+    return os.open(path, flags | os.O_NONBLOCK, 0o644)
+
+
 class ChangingTree(threading.Thread):
     def __init__(self, root, seed, picture):
         super().__init__(daemon=True)
@@ -74,7 +79,7 @@ class ChangingTree(threading.Thread):
 
     def _make_file(self, place, _):
         content = self.random.choice([b"", b"text\n" * 50, self.picture, self.picture[:2000], os.urandom(9000)])
-        with open(place, "wb") as file:
+        with open(place, "wb", opener=never_waiting) as file:
             file.write(content)
             if self.random.random() < 0.1:
                 file.truncate(self.random.randrange(1 << 40))
@@ -99,7 +104,7 @@ class ChangingTree(threading.Thread):
 
     def _grow(self, _, file):
         if os.path.isfile(file) and not os.path.islink(file):
-            with open(file, "ab") as end:
+            with open(file, "ab", opener=never_waiting) as end:
                 end.write(b"more" * 100)
 
     def _remove(self, _, path):
