@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <filesystem>
 
 #include "platform/posix/FileOperations.h"
 #include "platform/posix/PosixFileManager.h"
@@ -98,6 +99,8 @@ TEST_F(RealFaults, aVolumeThatCannotBeWrittenToIsReadAndNothingElse) {
             if (!mountMemory(volume, "size=1m")) return false;
             folder.makeFolder("volume/tree");
             folder.makeFile("volume/tree/file", "content");
+            // Where root mounts it is root's, and moving it has to be nothing but the volume's affair.
+            std::filesystem::permissions(volume + "/tree", std::filesystem::perms::all);
             return ::mount(nullptr, volume.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
         },
         [this] {
