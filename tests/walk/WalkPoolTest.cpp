@@ -75,6 +75,19 @@ struct HeldPool {
     SubmittedWalk holding;
 };
 
+// A walk whose threads stop before each file until the test opens the gate.
+struct GatedWalk {
+    GatedWalk(const Clock& clock, const TemporaryFolder& folder, WalkPool::Options options) {
+        options.makeReader = disturbed<GatedReader>(options.makeReader, &gate);
+        pool = std::make_unique<WalkPool>(clock, options);
+        walk = submit(*pool, folder.path());
+    }
+
+    Gate gate;
+    std::unique_ptr<WalkPool> pool;
+    SubmittedWalk walk;
+};
+
 // Writes down in which order walks end.
 class OrderObserver final : public WalkObserver {
 public:
@@ -129,15 +142,11 @@ TEST_P(WalkPoolRules, doesNotLetASmallWalkWaitForALargeOne) {
 TEST_P(WalkPoolRules, readsOneWideFolderOnSeveralThreads) {
     const std::string filler(250, 'n');
     for (int i = 0; i < 300; ++i) folder.makeFile(std::to_string(i) + filler);
-    Gate gate;
-    auto gated = options();
-    gated.makeReader = disturbed<GatedReader>(GetParam(), &gate);
-    WalkPool pool(clock, gated);
-    const auto walk = submit(pool, folder.path());
+    GatedWalk gated(clock, folder, options());
     // Each thread stops at its first file, so that only further threads can arrive.
-    EXPECT_TRUE(gate.waitForArrivals(2));
-    gate.open();
-    EXPECT_EQ(walk.record->waitForEnd(), finished(0, 300));
+    EXPECT_TRUE(gated.gate.waitForArrivals(2));
+    gated.gate.open();
+    EXPECT_EQ(gated.walk.record->waitForEnd(), finished(0, 300));
 }
 
 TEST_P(WalkPoolRules, dealsTheFoldersOfOneWalkToAllThreads) {
@@ -147,29 +156,21 @@ TEST_P(WalkPoolRules, dealsTheFoldersOfOneWalkToAllThreads) {
         folder.makeFolder(name);
         folder.makeFile(name + "/file");
     }
-    Gate gate;
-    auto gated = options();
-    gated.makeReader = disturbed<GatedReader>(GetParam(), &gate);
-    WalkPool pool(clock, gated);
-    const auto walk = submit(pool, folder.path());
-    EXPECT_TRUE(gate.waitForArrivals(4));
-    gate.open();
-    EXPECT_EQ(walk.record->waitForEnd(), finished(0, 4));
+    GatedWalk gated(clock, folder, options());
+    EXPECT_TRUE(gated.gate.waitForArrivals(4));
+    gated.gate.open();
+    EXPECT_EQ(gated.walk.record->waitForEnd(), finished(0, 4));
 }
 
 TEST_P(WalkPoolRules, handsSubFoldersOutBeforeItLooksAtFiles) {
     folder.makeFile("file");
     folder.makeFolder("inner");
     folder.makeFile("inner/file");
-    Gate gate;
-    auto gated = options();
-    gated.makeReader = disturbed<GatedReader>(GetParam(), &gate);
-    WalkPool pool(clock, gated);
-    const auto walk = submit(pool, folder.path());
+    GatedWalk gated(clock, folder, options());
     // The thread that read the root stops at its file, so that only another can come to the inner one.
-    EXPECT_TRUE(gate.waitForArrivals(2));
-    gate.open();
-    EXPECT_EQ(walk.record->waitForEnd(), finished(0, 2));
+    EXPECT_TRUE(gated.gate.waitForArrivals(2));
+    gated.gate.open();
+    EXPECT_EQ(gated.walk.record->waitForEnd(), finished(0, 2));
 }
 
 // Enough names for one batch to be worth a working folder of the thread's own.
