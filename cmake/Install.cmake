@@ -15,6 +15,10 @@ set(application com.vantrel.Vantrel)
 configure_file(packaging/${application}.metainfo.xml.in ${application}.metainfo.xml @ONLY)
 install(FILES packaging/${application}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES packaging/${application}.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+foreach(size IN LISTS VANTREL_ICON_SIZES)
+  install(FILES ${VANTREL_ICON_FOLDER}/${size}.png RENAME ${application}.png
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
+endforeach()
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${application}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 
 foreach(program IN LISTS programs)

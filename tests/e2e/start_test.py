@@ -1,8 +1,10 @@
 """How the program starts: its command line, its window, and what it prints."""
 
 import os
+import struct
 import subprocess
 import unittest
+import zlib
 
 from panels import left_and_right
 from session import until
@@ -154,6 +156,51 @@ class Window(WindowCase):
         self.open_window()
         self.assertAlmostEqual(self.session.x + 550, 640, delta=2)
         self.assertAlmostEqual(self.session.y + (720 - self.session.menu_bar_height) / 2, 450, delta=30)
+        self.quit_and_expect_silence()
+
+
+def plain_png(side, colour):
+    """A square of one colour, (red, green, blue), as a PNG file."""
+
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    header = struct.pack(">2I5B", side, side, 8, 2, 0, 0, 0)
+    lines = (b"\0" + bytes(colour) * side) * side
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(lines)) + chunk(b"IEND", b"")
+
+
+class Icon(WindowCase):
+    def icon(self):
+        """The window's icon for window managers and task bars, {side: {(x, y): colour}}."""
+        answer = self.session.run("xprop", "-id", self.session.window, "-notype", "32c", "_NET_WM_ICON")
+        numbers = [int(number) for number in answer.partition("=")[2].split(",")]
+        pictures = {}
+        while numbers:
+            width, height = numbers[:2]
+            self.assertEqual(width, height)
+            pixels, numbers = numbers[2 : 2 + width * height], numbers[2 + width * height :]
+            pictures[width] = {(place % width, place // width): pixel for place, pixel in enumerate(pixels)}
+        return pictures
+
+    def test_is_the_programs_own_in_several_sizes(self):
+        self.open_window()
+        pictures = self.icon()
+        self.assertEqual(sorted(pictures), [16, 32, 48, 64, 128])
+        # The ground between the panels, a size, the cursor's bar, and the corner outside.
+        expected = {(24, 24): 0xFF0000A8, (7, 19): 0xFFFFFF55, (16, 12): 0xFF00ABAB, (0, 0): 0}
+        self.assertEqual({place: pictures[48][place] for place in expected}, expected)
+        self.quit_and_expect_silence()
+
+    def test_is_the_one_of_the_icon_theme_where_that_has_one(self):
+        theme = "data/icons/hicolor"
+        pictures = self.session.make_folder(f"{theme}/48x48/apps")
+        with open(self.session.path(f"{theme}/index.theme"), "w", encoding="ascii") as file:
+            file.write("[Icon Theme]\nName=hicolor\nComment=\nDirectories=48x48/apps\n[48x48/apps]\nSize=48\n")
+        with open(os.path.join(pictures, "com.vantrel.Vantrel.png"), "wb") as file:
+            file.write(plain_png(48, (255, 0, 0)))
+        self.open_window()
+        self.assertEqual(set(self.icon()[48].values()), {0xFFFF0000})
         self.quit_and_expect_silence()
 
 

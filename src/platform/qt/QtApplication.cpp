@@ -1,5 +1,7 @@
 #include "platform/qt/QtApplication.h"
 
+#include <QDir>
+#include <QIcon>
 #include <QMessageBox>
 #include <QProxyStyle>
 #include <cstdio>
@@ -40,21 +42,33 @@ void install(QtMessageHandler handler) {
         qInstallMessageHandler(handler);
 }
 
-std::string withQuietStart(const char* programName) {
+constexpr const char* desktopName = "com.vantrel.Vantrel";
+
+/// What Qt wants to know before its application is made. Answers the program's name.
+std::string introduced(const char* programName) {
     install(&endOnStartUpFailure);
     QCoreApplication::setApplicationName("vantrel");
-    QGuiApplication::setDesktopFileName("com.vantrel.Vantrel");
+    QGuiApplication::setDesktopFileName(desktopName);
     return programName == nullptr ? "vantrel" : programName;
+}
+
+/// The one of the desktop's theme; the program's own where nothing is installed.
+QIcon icon() {
+    QIcon own;
+    const QDir pictures(":/icon");
+    for (const QString& name : pictures.entryList()) own.addFile(pictures.filePath(name));
+    return QIcon::fromTheme(desktopName, own);
 }
 
 }  // namespace
 
 QtApplication::QtApplication(const char* programName)
-    : programName_(withQuietStart(programName)),
+    : programName_(introduced(programName)),
       arguments_{programName_.data(), nullptr},
       application_(argumentCount_, arguments_) {
     install(&dropMessagesButFatalOnes);
     QApplication::setStyle(new QtStyle);
+    QApplication::setWindowIcon(icon());
     QApplication::setQuitOnLastWindowClosed(true);
     installQtAccessibility();
 }
