@@ -62,65 +62,63 @@ private:
 
 std::vector<std::string> manyPaths(int count) {
     std::vector<std::string> paths;
+    paths.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) paths.push_back("/home/ann/pictures/holiday/folder" + std::to_string(i));
     return paths;
 }
 
 constexpr int requests = 10'000;
 
-void ask(VantrelEngine& engine, const std::vector<std::string>& paths, std::int64_t& sum) {
-    for (const auto& path : paths)
-        engine.calculateVantrel(path, [&sum](std::int64_t bytes, std::int64_t, bool) { sum += bytes; });
-}
+// An engine whose walks take no time, and a panel with 10,000 folders.
+struct Asking {
+    void ask() {
+        for (const auto& path : paths)
+            engine->calculateVantrel(path, [this](std::int64_t bytes, std::int64_t, bool) { sum += bytes; });
+    }
 
-void requestWithoutAWalk(benchmark::State& state) {
-    const auto paths = manyPaths(requests);
+    // Asks for all of them and waits for the answers; whether these are right.
+    bool isAnswered() {
+        sum = 0;
+        ask();
+        queue.run(requests);
+        return sum == requests * 4096LL;
+    }
+
+    const std::vector<std::string> paths = manyPaths(requests);
     InstantWalks walks;
     CollectingQueue queue;
     LeapingClock clock;
-    const auto engine = VantrelEngine::make({walks, queue, clock});
+    const std::shared_ptr<VantrelEngine> engine = VantrelEngine::make({walks, queue, clock});
+    std::int64_t sum = 0;
+};
+
+void requestWithoutAWalk(benchmark::State& state) {
+    Asking panel;
     for (auto _ : state) {
-        std::int64_t sum = 0;
-        clock.leap();
-        ask(*engine, paths, sum);
-        queue.run(requests);
-        if (sum != requests * 4096LL) state.SkipWithError("wrong total");
+        panel.clock.leap();
+        if (!panel.isAnswered()) state.SkipWithError("wrong total");
     }
     state.SetItemsProcessed(state.iterations() * requests);
 }
 
 void requestFromTheCache(benchmark::State& state) {
-    const auto paths = manyPaths(requests);
-    InstantWalks walks;
-    CollectingQueue queue;
-    LeapingClock clock;
-    const auto engine = VantrelEngine::make({walks, queue, clock});
-    std::int64_t sum = 0;
-    ask(*engine, paths, sum);
-    queue.run(requests);
-    walks.answers = false;
+    Asking panel;
+    if (!panel.isAnswered()) state.SkipWithError("wrong total");
+    panel.walks.answers = false;
     for (auto _ : state) {
-        sum = 0;
-        ask(*engine, paths, sum);
-        queue.run(requests);
-        if (sum != requests * 4096LL) state.SkipWithError("wrong total");
+        if (!panel.isAnswered()) state.SkipWithError("wrong total");
     }
     state.SetItemsProcessed(state.iterations() * requests);
 }
 
 // A request and its cancellation by the prefix of 10,000 paths.
 void requestCancelledByPrefix(benchmark::State& state) {
-    const auto paths = manyPaths(requests);
-    InstantWalks walks;
-    walks.answers = false;
-    CollectingQueue queue;
-    LeapingClock clock;
-    const auto engine = VantrelEngine::make({walks, queue, clock});
-    std::int64_t sum = 0;
+    Asking panel;
+    panel.walks.answers = false;
     for (auto _ : state) {
-        ask(*engine, paths, sum);
-        engine->cancelForPrefix("/home/ann/pictures");
-        if (engine->isCalculating(paths.front())) state.SkipWithError("not cancelled");
+        panel.ask();
+        panel.engine->cancelForPrefix("/home/ann/pictures");
+        if (panel.engine->isCalculating(panel.paths.front())) state.SkipWithError("not cancelled");
     }
     state.SetItemsProcessed(state.iterations() * requests);
 }

@@ -40,8 +40,9 @@ void repaint(benchmark::State& state) {
     const auto commander = OvCommanderView::make(desktop().ports(), desktop().engine(), frame);
     commander->leftPanel().setCurrentPath(folder());
     commander->rightPanel().setCurrentPath(folder());
-    QImage image(size * state.range(2), QImage::Format_RGB32);
-    image.setDevicePixelRatio(static_cast<double>(state.range(2)));
+    const auto scale = static_cast<int>(state.range(2));
+    QImage image(size * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
     QtFaces faces;
     for (auto _ : state) {
         QPainter painter(&image);

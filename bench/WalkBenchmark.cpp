@@ -51,7 +51,7 @@ private:
 
 class Bench {
 public:
-    explicit Bench(WalkPool::Options options) : pool_(clock_, std::move(options)) {}
+    explicit Bench(const WalkPool::Options& options) : pool_(clock_, options) {}
 
     void submit(const std::string& root) {
         pool_.submit(root, std::make_shared<const CancellationFlag>(), std::make_unique<EndObserver>(ends_));
