@@ -4,14 +4,11 @@
 #include <filesystem>
 #include <optional>
 
-#include "commander/OvCommanderView.h"
 #include "platform/posix/FileOperations.h"
-#include "platform/posix/PosixFileManager.h"
 #include "platform/posix/Trash.h"
-#include "support/FakeDesktop.h"
 #include "support/HostileNames.h"
 #include "support/LongTests.h"
-#include "support/RecordingCanvas.h"
+#include "support/RealFilesWindow.h"
 #include "support/TreeSnapshot.h"
 #include "walk/WalkFixture.h"
 
@@ -25,11 +22,9 @@ namespace fs = std::filesystem;
 using test::contentOf;
 using test::harmIn;
 
-class HostileNames : public testing::Test {
+class HostileNames : public testing::Test, protected test::RealFilesWindow {
 protected:
-    HostileNames() : folder(test::quickPlace()) {
-        desktop.process.currentDirectory = folder.makeFolder("x");
-        desktop.process.home = folder.makeFolder("y");
+    HostileNames() : RealFilesWindow(test::quickPlace()) {
         for (std::size_t index = 0; index < names.size(); ++index) {
             const std::string path = "x/" + names[index];
             if (index % 3 == 0) {
@@ -42,7 +37,7 @@ protected:
     }
 
     void openWindow() {
-        commander = OvCommanderView::make(desktop.portsWith(files), *desktop.engine, {0, 0, 1100, 720});
+        open();
         commander->leftPanel().setShowHiddenFiles(true);
     }
 
@@ -55,21 +50,14 @@ protected:
     }
 
     void expectHarmlessPicture() const {
-        test::RecordingCanvas canvas;
-        commander->drawTree(canvas);
+        const test::RecordingCanvas canvas = drawn();
         for (const auto& stroke : canvas.all<test::TextStroke>()) {
             EXPECT_EQ(harmIn(stroke.text), "") << testing::PrintToString(stroke.text);
         }
     }
 
-    void press(Key key) { commander->keyDown({.key = key}); }
-
     const std::vector<std::string> names =
         test::hostileNames(static_cast<std::size_t>(test::byPatience(800, 4'000)));
-    test::TemporaryFolder folder;
-    test::FakeDesktop desktop;
-    PosixFileManager files;
-    std::shared_ptr<OvCommanderView> commander;
 };
 
 TEST_F(HostileNames, areListedByteByByteInEveryOrder) {

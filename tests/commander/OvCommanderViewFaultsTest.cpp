@@ -3,13 +3,9 @@
 
 #include <optional>
 
-#include "commander/OvCommanderView.h"
-#include "platform/posix/PosixFileManager.h"
-#include "support/FakeDesktop.h"
-#include "support/RecordingCanvas.h"
+#include "support/RealFilesWindow.h"
 #include "support/ScopedEnvironment.h"
 #include "support/SystemCallFaults.h"
-#include "support/TemporaryFolder.h"
 #include "support/TreeSnapshot.h"
 
 // Each command on a real folder with every one of its system calls failing in every way that its manual page
@@ -28,35 +24,23 @@ protected:
     }
 
     /// A window on two folders of its own.
-    struct Window {
-        Window() {
-            desktop.process.currentDirectory = folder.makeFolder("x");
-            desktop.process.home = folder.makeFolder("y");
-            folder.makeFile("x/a.txt", "the letter");
-            folder.makeFolder("x/sub");
-            folder.makeFile("x/sub/inner", "deep");
+    struct Window : test::RealFilesWindow {
+        Window() : RealFilesWindow(test::quickPlace()) {
+            makeALetterAndAFolder();
             folder.makeLink("x/link", "a.txt");
-            commander = OvCommanderView::make(desktop.portsWith(files), *desktop.engine, {0, 0, 1100, 720});
+            open();
             commander->leftPanel().loadDirectory("sub");
         }
 
-        void press(Key key) { commander->keyDown({.key = key}); }
         void answer(const std::string& input) {
             desktop.mainQueue.runAll();
             if (!desktop.textFields.alive.empty() && !input.empty())
                 desktop.textFields.alive.back()->type(input);
             press(Key::returnKey);
         }
-        void draw() {
-            test::RecordingCanvas canvas;
-            commander->drawTree(canvas);
-        }
+        void draw() const { drawn(); }
 
-        test::TemporaryFolder folder{test::quickPlace()};
-        test::ScopedEnvironment data{"XDG_DATA_HOME", folder.path("data")};
-        test::FakeDesktop desktop;
-        PosixFileManager files;
-        std::shared_ptr<OvCommanderView> commander;
+        const test::ScopedEnvironment data{"XDG_DATA_HOME", folder.path("data")};
     };
 
     void tryEveryFault(const std::function<void()>& command) {

@@ -3,11 +3,8 @@
 
 #include <filesystem>
 
-#include "commander/OvCommanderView.h"
-#include "platform/posix/PosixFileManager.h"
-#include "support/FakeDesktop.h"
+#include "support/RealFilesWindow.h"
 #include "support/ScopedEnvironment.h"
-#include "support/TemporaryFolder.h"
 
 // Keys in, file system out: the commands on a real folder.
 
@@ -18,18 +15,12 @@ namespace fs = std::filesystem;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class OvCommanderViewRealFiles : public testing::Test {
+class OvCommanderViewRealFiles : public testing::Test, protected test::RealFilesWindow {
 protected:
     OvCommanderViewRealFiles() {
-        desktop.process.currentDirectory = folder.makeFolder("x");
-        desktop.process.home = folder.makeFolder("y");
-        folder.makeFile("x/a.txt", "the letter");
-        folder.makeFolder("x/sub");
-        folder.makeFile("x/sub/inner", "deep");
-        commander = OvCommanderView::make(desktop.portsWith(files), *desktop.engine, {0, 0, 1100, 720});
+        makeALetterAndAFolder();
+        open();
     }
-
-    void press(Key key) { commander->keyDown({.key = key}); }
 
     void select(const std::string& name) { commander->leftPanel().loadDirectory(name); }
 
@@ -50,11 +41,6 @@ protected:
     }
 
     std::string selectedName() { return commander->leftPanel().selectedItem()->name; }
-
-    test::TemporaryFolder folder;
-    test::FakeDesktop desktop;
-    PosixFileManager files;
-    std::shared_ptr<OvCommanderView> commander;
 };
 
 TEST_F(OvCommanderViewRealFiles, aConfirmedCopyStandsInTheOtherPanelsFolderAndIsListedThere) {
