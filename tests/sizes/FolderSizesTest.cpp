@@ -98,17 +98,23 @@ TEST_F(FolderSizesTest, cannotBeHadOfWhatIsNoFolder) {
     EXPECT_EQ(question.ask(folder.makeFile("file")), std::errc::not_a_directory);
 }
 
-// Never begins a walk.
-class SleepingQueue final : public WalkQueue {
-public:
-    void submit(std::string, std::shared_ptr<const CancellationFlag>,
-                std::unique_ptr<WalkObserver>) override {}
+// With one sub-folder, whose walk never begins.
+class MissingFolderSizes : public FolderSizesTest {
+protected:
+    MissingFolderSizes() {
+        folder.makeFolder("a");
+        engine = VantrelEngine::make({sleeping_, *queue, clock});
+    }
+
+private:
+    class SleepingQueue final : public WalkQueue {
+        void submit(std::string, std::shared_ptr<const CancellationFlag>,
+                    std::unique_ptr<WalkObserver>) override {}
+    };
+    SleepingQueue sleeping_;
 };
 
-TEST_F(FolderSizesTest, areNotWaitedForOnceInterrupted) {
-    folder.makeFolder("a");
-    SleepingQueue sleeping;
-    engine = VantrelEngine::make({sleeping, *queue, clock});
+TEST_F(MissingFolderSizes, areNotWaitedForOnceInterrupted) {
     SizesQuestion question(services());
     ASSERT_FALSE(question.ask(folder.path()));
     ASSERT_EQ(::write(interruption[1], "", 1), 1);
@@ -116,10 +122,7 @@ TEST_F(FolderSizesTest, areNotWaitedForOnceInterrupted) {
     EXPECT_EQ(question.finishedCount(), 0U);
 }
 
-TEST_F(FolderSizesTest, tellOfProgressWhileTheyAreMissing) {
-    folder.makeFolder("a");
-    SleepingQueue sleeping;
-    engine = VantrelEngine::make({sleeping, *queue, clock});
+TEST_F(MissingFolderSizes, tellOfProgress) {
     SizesQuestion question(services());
     ASSERT_FALSE(question.ask(folder.path()));
     int calls = 0;

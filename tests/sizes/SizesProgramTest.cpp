@@ -2,7 +2,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
+#include <ostream>
 #include <string>
 
 #include "support/TemporaryFolder.h"
@@ -13,17 +15,23 @@ namespace {
 struct Answer {
     int exitStatus = -1;
     std::string output;  // standard output and standard error
+    bool operator==(const Answer&) const = default;
 };
+
+void PrintTo(const Answer& answer, std::ostream* stream) {
+    *stream << "exit status " << answer.exitStatus << ", output " << testing::PrintToString(answer.output);
+}
 
 // Runs the real program in `folder`. `arguments` are the shell's words.
 Answer runIn(const TemporaryFolder& folder, const std::string& arguments) {
     const std::string command = "cd '" + folder.path() + "' && '" VANTREL_SIZES_PROGRAM "' 2>&1 " + arguments;
     Answer answer;
     FILE* stream = ::popen(command.c_str(), "r");
-    if (!stream) return answer;
-    char buffer[4096];
+    if (stream == nullptr) return answer;
+    std::array<char, 4096> buffer{};
     std::size_t count = 0;
-    while ((count = std::fread(buffer, 1, sizeof buffer, stream)) > 0) answer.output.append(buffer, count);
+    while ((count = std::fread(buffer.data(), 1, buffer.size(), stream)) > 0)
+        answer.output.append(buffer.data(), count);
     answer.exitStatus = WEXITSTATUS(::pclose(stream));
     return answer;
 }
@@ -38,43 +46,33 @@ protected:
 };
 
 TEST_F(SizesProgram, listsSubfoldersAndThenTheFolderItself) {
-    const Answer answer = runIn(folder, "--bytes --sort name");
-    EXPECT_EQ(answer.output, "0\t2\t./a\n0\t3\t./b\n0\t6\t.\n");
-    EXPECT_EQ(answer.exitStatus, 0);
+    EXPECT_EQ(runIn(folder, "--bytes --sort name"), (Answer{0, "0\t2\t./a\n0\t3\t./b\n0\t6\t.\n"}));
 }
 
 TEST_F(SizesProgram, addsSeveralFoldersUp) {
-    const Answer answer = runIn(folder, "--bytes a b");
-    EXPECT_EQ(answer.output, "0\t1\ta/deeper\n0\t2\ta\n0\t3\tb\n0\t5\ttotal\n");
-    EXPECT_EQ(answer.exitStatus, 0);
+    EXPECT_EQ(runIn(folder, "--bytes a b"), (Answer{0, "0\t1\ta/deeper\n0\t2\ta\n0\t3\tb\n0\t5\ttotal\n"}));
 }
 
 TEST_F(SizesProgram, goesOnAfterAFolderThatCannotBeRead) {
-    const Answer answer = runIn(folder, "--bytes nothing b");
-    EXPECT_EQ(answer.output, "vantrel-sizes: nothing: No such file or directory\n0\t3\tb\n0\t3\ttotal\n");
-    EXPECT_EQ(answer.exitStatus, 1);
+    EXPECT_EQ(runIn(folder, "--bytes nothing b"),
+              (Answer{1, "vantrel-sizes: nothing: No such file or directory\n0\t3\tb\n0\t3\ttotal\n"}));
 }
 
 TEST_F(SizesProgram, refusesUnknownOptions) {
-    const Answer answer = runIn(folder, "--colour");
-    EXPECT_EQ(answer.output, "vantrel-sizes: unknown option \"--colour\"\nTry \"vantrel-sizes --help\".\n");
-    EXPECT_EQ(answer.exitStatus, 2);
+    EXPECT_EQ(runIn(folder, "--colour"),
+              (Answer{2, "vantrel-sizes: unknown option \"--colour\"\nTry \"vantrel-sizes --help\".\n"}));
 }
 
 TEST_F(SizesProgram, writesItsOutputIntoNothingOfItsOwnWhenItIsStartedWithoutStandardDescriptors) {
-    const Answer noOutput = runIn(folder, "--bytes b <&- >&-");
-    EXPECT_EQ(noOutput.output, "vantrel-sizes: standard output: Bad file descriptor\n");
-    EXPECT_EQ(noOutput.exitStatus, 1);
-    const Answer noInputNorErrors = runIn(folder, "--bytes b <&- 2>&-");
-    EXPECT_EQ(noInputNorErrors.output, "0\t3\tb\n");
-    EXPECT_EQ(noInputNorErrors.exitStatus, 0);
+    EXPECT_EQ(runIn(folder, "--bytes b <&- >&-"),
+              (Answer{1, "vantrel-sizes: standard output: Bad file descriptor\n"}));
+    EXPECT_EQ(runIn(folder, "--bytes b <&- 2>&-"), (Answer{0, "0\t3\tb\n"}));
 }
 
 TEST_F(SizesProgram, saysWhenItsOutputCannotBeWritten) {
     if (::access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full here";
-    const Answer answer = runIn(folder, "--bytes b >/dev/full");
-    EXPECT_EQ(answer.output, "vantrel-sizes: standard output: No space left on device\n");
-    EXPECT_EQ(answer.exitStatus, 1);
+    EXPECT_EQ(runIn(folder, "--bytes b >/dev/full"),
+              (Answer{1, "vantrel-sizes: standard output: No space left on device\n"}));
 }
 
 }  // namespace
