@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "model/EngineReports.h"
 #include "support/FakeFileManager.h"
 #include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"
@@ -15,27 +16,14 @@
 namespace vantrel {
 namespace {
 
+using test::Report;
+using test::Reports;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Report {
-    std::int64_t bytes;
-    std::int64_t items;
-    bool isComplete;
-    bool operator==(const Report&) const = default;
-};
-
 class VantrelEngineTest : public testing::Test {
 protected:
-    using Reports = std::shared_ptr<std::vector<Report>>;
-
-    Reports request(const std::string& path) {
-        auto reports = std::make_shared<std::vector<Report>>();
-        engine->calculateVantrel(path, [reports](std::int64_t bytes, std::int64_t items, bool isComplete) {
-            reports->push_back({bytes, items, isComplete});
-        });
-        return reports;
-    }
+    Reports request(const std::string& path) { return test::requestOf(*engine, path); }
 
     test::ManualWalkQueue walks;
     test::ManualMainQueue mainQueue;

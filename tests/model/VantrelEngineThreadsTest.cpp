@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "model/EngineReports.h"
 #include "model/VantrelEngine.h"
 #include "platform/posix/SystemClock.h"
 #include "support/ManualMainQueue.h"
@@ -20,28 +21,13 @@
 namespace vantrel {
 namespace {
 
+using test::Report;
+using test::Reports;
 using testing::ElementsAre;
-
-struct Report {
-    std::int64_t bytes;
-    std::int64_t items;
-    bool isComplete;
-    bool operator==(const Report&) const = default;
-};
 
 class VantrelEngineThreads : public testing::Test {
 protected:
-    using Reports = std::shared_ptr<std::vector<Report>>;
-
-    Reports request(const std::string& path) {
-        auto reports = std::make_shared<std::vector<Report>>();
-        engine->calculateVantrel(path, [reports, main = std::this_thread::get_id()](
-                                           std::int64_t bytes, std::int64_t items, bool isComplete) {
-            EXPECT_EQ(std::this_thread::get_id(), main);
-            reports->push_back({bytes, items, isComplete});
-        });
-        return reports;
-    }
+    Reports request(const std::string& path) { return test::requestOf(*engine, path); }
 
     bool waitForFinalReport(const Reports& reports) {
         return mainQueue.runUntil([&] { return !reports->empty() && reports->back().isComplete; });
