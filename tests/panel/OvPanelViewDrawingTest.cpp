@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <optional>
 
 #include "support/PanelFixture.h"
 #include "support/RecordingCanvas.h"
@@ -22,6 +22,13 @@ using testing::ElementsAre;
 
 const Font regular{"Menlo", 13, FontWeight::regular};
 const Font bold{"Menlo", 13, FontWeight::bold};
+
+struct CellColors {
+    std::optional<Color> size;
+    std::optional<Color> date;
+    std::optional<Color> time;
+    bool operator==(const CellColors&) const = default;
+};
 
 // The panel is 549 x 648: the fixed columns start at x0 = 304, the separators stand at 310, 395 and 490.
 // The recording canvas measures 8 points a character.
@@ -55,22 +62,16 @@ protected:
         return canvas.theText(text).color;
     }
 
-    // The colours of the size and date cells in the row at y.
-    Color colorAt(const RecordingCanvas& canvas, double y, auto matches) {
+    // Of the row at y.
+    CellColors cellColors(const RecordingCanvas& canvas, double y) {
+        CellColors colors;
         for (const TextStroke& text : canvas.all<TextStroke>()) {
-            if (text.area.y == y + 2 && matches(text)) return text.color;
+            if (text.area.y != y + 2) continue;
+            if (text.area.width == 77) colors.size = text.color;
+            if (text.area.x == 401) colors.date = text.color;
+            if (text.area.x == 496) colors.time = text.color;
         }
-        ADD_FAILURE() << "no such cell at y " << y;
-        return {};
-    }
-    Color sizeColor(const RecordingCanvas& canvas, double y) {
-        return colorAt(canvas, y, [](const TextStroke& t) { return t.area.width == 77; });
-    }
-    Color dateColor(const RecordingCanvas& canvas, double y) {
-        return colorAt(canvas, y, [](const TextStroke& t) { return t.area.x == 401; });
-    }
-    Color timeColor(const RecordingCanvas& canvas, double y) {
-        return colorAt(canvas, y, [](const TextStroke& t) { return t.area.x == 496; });
+        return colors;
     }
 };
 
@@ -190,27 +191,20 @@ TEST_F(OvPanelViewDrawing, rowsAreColouredByKind) {
     showOneOfEachKind();
     selectRow("a-plain");  // y 112
     const RecordingCanvas canvas = drawn();
+    const Color gray = OvPalette::dosLightGray;
     EXPECT_EQ(nameColor(canvas, "▲ .."), OvPalette::dosYellow);
-    EXPECT_EQ(sizeColor(canvas, 52), OvPalette::dosYellow);
-    EXPECT_EQ(dateColor(canvas, 52), OvPalette::dosLightGray);
-
+    EXPECT_EQ(cellColors(canvas, 52), (CellColors{OvPalette::dosYellow, gray, gray}));
     EXPECT_EQ(nameColor(canvas, "/ folder"), OvPalette::dosYellow);
-    EXPECT_EQ(sizeColor(canvas, 72), OvPalette::dosLightGray);
-    EXPECT_EQ(dateColor(canvas, 72), OvPalette::dosLightGray);
-
+    EXPECT_EQ(cellColors(canvas, 72), (CellColors{gray, gray, gray}));
     EXPECT_EQ(nameColor(canvas, "  .c-hidden"), OvPalette::dosDarkGray);
-    EXPECT_EQ(sizeColor(canvas, 92), OvPalette::dosDarkGray);
-    EXPECT_EQ(dateColor(canvas, 92), OvPalette::dosLightGray);
-
+    EXPECT_EQ(cellColors(canvas, 92), (CellColors{OvPalette::dosDarkGray, gray, gray}));
     EXPECT_EQ(nameColor(canvas, "  b-script"), OvPalette::dosGreen);
-    EXPECT_EQ(sizeColor(canvas, 132), OvPalette::dosWhite);
-    EXPECT_EQ(timeColor(canvas, 132), OvPalette::dosLightGray);
+    EXPECT_EQ(cellColors(canvas, 132), (CellColors{OvPalette::dosWhite, gray, gray}));
 
     panel->home();
     const RecordingCanvas again = drawn();
     EXPECT_EQ(nameColor(again, "  a-plain"), OvPalette::dosWhite);
-    EXPECT_EQ(sizeColor(again, 112), OvPalette::dosLightGray);
-    EXPECT_EQ(timeColor(again, 112), OvPalette::dosLightGray);
+    EXPECT_EQ(cellColors(again, 112), (CellColors{gray, gray, gray}));
 }
 
 TEST_F(OvPanelViewDrawing, aHiddenFileThatIsExecutableIsGreenAndAHiddenFolderYellow) {
@@ -243,15 +237,15 @@ TEST_F(OvPanelViewDrawing, theSelectedRowHasABarAndOneTextColourByFocus) {
     const RecordingCanvas active = drawn();
     EXPECT_NE(active.orderOf(FillStroke{{6, 72, 537, 20}, OvPalette::activeSelectionBg}), -1);
     EXPECT_EQ(nameColor(active, "/ folder"), OvPalette::activeSelectionText);
-    EXPECT_EQ(sizeColor(active, 72), OvPalette::activeSelectionText);
-    EXPECT_EQ(dateColor(active, 72), OvPalette::activeSelectionText);
-    EXPECT_EQ(timeColor(active, 72), OvPalette::activeSelectionText);
+    const Color bright = OvPalette::activeSelectionText;
+    EXPECT_EQ(cellColors(active, 72), (CellColors{bright, bright, bright}));
 
     panel->setIsActivePanel(false);
     const RecordingCanvas inactive = drawn();
     EXPECT_NE(inactive.orderOf(FillStroke{{6, 72, 537, 20}, OvPalette::inactiveSelectionBg}), -1);
     EXPECT_EQ(nameColor(inactive, "/ folder"), OvPalette::inactiveSelectionText);
-    EXPECT_EQ(sizeColor(inactive, 72), OvPalette::inactiveSelectionText);
+    const Color dim = OvPalette::inactiveSelectionText;
+    EXPECT_EQ(cellColors(inactive, 72), (CellColors{dim, dim, dim}));
 }
 
 TEST_F(OvPanelViewDrawing, sizesAreRightAlignedEightPointsBeforeTheDateSeparator) {

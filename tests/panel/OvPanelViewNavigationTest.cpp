@@ -6,22 +6,11 @@
 namespace vantrel {
 namespace {
 
+using test::Cursor;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class OvPanelViewNavigation : public test::PanelTest {
-protected:
-    void showNumberedFiles(int count) {
-        addNumberedFiles(count);
-        panel->setCurrentPath("/d");
-    }
-
-    void click(double x, double y, int clickCount = 1) {
-        panel->mouseDown({.locationInWindow = {x, y}, .clickCount = clickCount});
-    }
-
-    void wheel(double deltaY) { panel->scrollWheel({.deltaY = deltaY}); }
-};
+class OvPanelViewNavigation : public test::PanelTest {};
 
 TEST_F(OvPanelViewNavigation, theVisibleRowsAreWhatFitsBetweenTheThreeBands) {
     panel->setFrame({0, 0, 549, 648});
@@ -76,12 +65,10 @@ TEST_F(OvPanelViewNavigation, aShortListInATallPanelPagesToItsLastRowAndNeverScr
     showNumberedFiles(2);
     panel->home();
     panel->pageDown();
-    EXPECT_EQ(panel->selectedIndex(), 2);
-    EXPECT_EQ(panel->scrollOffset(), 0);
+    EXPECT_EQ(cursor(), (Cursor{2, 0}));
     panel->home();
     panel->end();
-    EXPECT_EQ(panel->selectedIndex(), 2);
-    EXPECT_EQ(panel->scrollOffset(), 0);
+    EXPECT_EQ(cursor(), (Cursor{2, 0}));
 }
 
 TEST_F(OvPanelViewNavigation, pagesMoveByTheNumberOfVisibleRows) {
@@ -89,29 +76,23 @@ TEST_F(OvPanelViewNavigation, pagesMoveByTheNumberOfVisibleRows) {
     showNumberedFiles(30);  // 31 rows
     panel->home();
     panel->pageDown();
-    EXPECT_EQ(panel->selectedIndex(), 5);
-    EXPECT_EQ(panel->scrollOffset(), 1);
+    EXPECT_EQ(cursor(), (Cursor{5, 1}));
     panel->pageDown();
-    EXPECT_EQ(panel->selectedIndex(), 10);
-    EXPECT_EQ(panel->scrollOffset(), 6);
+    EXPECT_EQ(cursor(), (Cursor{10, 6}));
     panel->pageUp();
-    EXPECT_EQ(panel->selectedIndex(), 5);
-    EXPECT_EQ(panel->scrollOffset(), 5);
+    EXPECT_EQ(cursor(), (Cursor{5, 5}));
     panel->pageUp();
     panel->pageUp();
-    EXPECT_EQ(panel->selectedIndex(), 0);
-    EXPECT_EQ(panel->scrollOffset(), 0);
+    EXPECT_EQ(cursor(), (Cursor{0, 0}));
 }
 
 TEST_F(OvPanelViewNavigation, homeAndEndGoToTheFirstAndTheLastRow) {
     setRows(5);
     showNumberedFiles(30);
     panel->end();
-    EXPECT_EQ(panel->selectedIndex(), 30);
-    EXPECT_EQ(panel->scrollOffset(), 26);
+    EXPECT_EQ(cursor(), (Cursor{30, 26}));
     panel->home();
-    EXPECT_EQ(panel->selectedIndex(), 0);
-    EXPECT_EQ(panel->scrollOffset(), 0);
+    EXPECT_EQ(cursor(), (Cursor{0, 0}));
 }
 
 TEST_F(OvPanelViewNavigation, theListScrollsByJustAsMuchAsKeepsTheCursorVisible) {
@@ -134,8 +115,7 @@ TEST_F(OvPanelViewNavigation, inAnEmptyListMovesAreHarmless) {
     panel->end();
     EXPECT_EQ(panel->selectedIndex(), 0);
     panel->pageDown();
-    EXPECT_EQ(panel->selectedIndex(), -1);
-    EXPECT_EQ(panel->scrollOffset(), 0);
+    EXPECT_EQ(cursor(), (Cursor{-1, 0}));
     EXPECT_EQ(panel->selectedItem(), nullptr);
     panel->activateCurrentItem();
     EXPECT_EQ(panel->currentPath(), "/");
@@ -149,8 +129,7 @@ TEST_F(OvPanelViewNavigation, aLowerPanelOnlyClampsItsScrollOffsetAndATallerOneT
     panel->end();
     EXPECT_EQ(panel->scrollOffset(), 5);
     setRows(3);
-    EXPECT_EQ(panel->scrollOffset(), 5);
-    EXPECT_EQ(panel->selectedIndex(), 9);
+    EXPECT_EQ(cursor(), (Cursor{9, 5}));
     setRows(8);
     EXPECT_EQ(panel->scrollOffset(), 2);
     setRows(20);
@@ -218,7 +197,7 @@ TEST_F(OvPanelViewNavigation, withoutADelegateNothingIsCalled) {
     delegate.reset();
     panel->setCurrentPath("/d");
     panel->activateCurrentItem();
-    click(20, 60);
+    panel->mouseDown({.locationInWindow = {20, 60}, .clickCount = 1});
     EXPECT_EQ(panel->currentPath(), "/d");
 }
 
@@ -261,168 +240,7 @@ TEST_F(OvPanelViewNavigation, aMatchOutOfSightIsScrolledIntoView) {
     desktop.files.addFile("/d", "zebra");
     panel->setCurrentPath("/d");
     panel->selectItemByPrefix("z");
-    EXPECT_EQ(panel->selectedIndex(), 21);
-    EXPECT_EQ(panel->scrollOffset(), 17);
-}
-
-TEST_F(OvPanelViewNavigation, everyMouseDownFirstTellsTheDelegate) {
-    showNumberedFiles(3);
-    delegate->calls.clear();
-    click(20, 5);
-    click(20, 30);
-    click(20, 60);
-    click(20, 640);
-    EXPECT_THAT(delegate->calls, ElementsAre("select", "select", "select", "select"));
-}
-
-TEST_F(OvPanelViewNavigation, aClickSelectsTheRowUnderIt) {
-    showNumberedFiles(5);
-    click(20, 48);
-    EXPECT_EQ(panel->selectedIndex(), 0);
-    click(20, 67.9);
-    EXPECT_EQ(panel->selectedIndex(), 0);
-    click(20, 68);
-    EXPECT_EQ(panel->selectedIndex(), 1);
-    click(500, 148);
-    EXPECT_EQ(panel->selectedIndex(), 5);
-}
-
-TEST_F(OvPanelViewNavigation, aClickCountsFromTheFirstVisibleRow) {
-    setRows(5);
-    showNumberedFiles(30);
-    panel->end();
-    click(20, 48);
-    EXPECT_EQ(panel->selectedIndex(), 26);
-}
-
-TEST_F(OvPanelViewNavigation, clicksOnTheBarsAndBelowTheLastRowChangeNothing) {
-    showNumberedFiles(3);  // 4 rows
-    const std::string before = selectedName();
-    click(20, 23.9);  // top bar
-    click(20, 128);   // below the last row
-    click(20, 624);   // bottom bar
-    click(20, 647);
-    EXPECT_EQ(selectedName(), before);
-    EXPECT_EQ(panel->sortField(), SortField::name);
-    EXPECT_EQ(panel->sortDirection(), SortDirection::ascending);
-}
-
-TEST_F(OvPanelViewNavigation, theBottomBarIsNoRowEvenInALongList) {
-    setRows(5);  // 172 points: rows from 48 to 148
-    showNumberedFiles(30);
-    click(20, 147.9);
-    EXPECT_EQ(panel->selectedIndex(), 4);
-    click(20, 60);
-    EXPECT_EQ(panel->selectedIndex(), 0);
-    click(20, 148);
-    EXPECT_EQ(panel->selectedIndex(), 0);
-}
-
-TEST_F(OvPanelViewNavigation, clicksAreConvertedFromTheWindowIntoThePanel) {
-    showNumberedFiles(5);
-    const auto root = std::make_shared<View>(Rect{0, 0, 1100, 720});
-    root->addSubview(panel);
-    panel->setFrame({551, 24, 549, 648});
-    EXPECT_EQ(dispatchMouseDown(*root, {.locationInWindow = {600, 24 + 48 + 45}, .clickCount = 1}),
-              EventResult::handled);
-    EXPECT_EQ(panel->selectedIndex(), 2);
-}
-
-TEST_F(OvPanelViewNavigation, exactlyTwoClicksActivate) {
-    desktop.files.addFolder("/d", "sub");
-    desktop.files.addFile("/d/sub", "x");
-    panel->setCurrentPath("/d");
-    click(20, 70, 1);
-    click(20, 70, 3);
-    EXPECT_EQ(panel->currentPath(), "/d");
-    click(20, 70, 2);
-    EXPECT_EQ(panel->currentPath(), "/d/sub");
-}
-
-TEST_F(OvPanelViewNavigation, doubleClickingTheParentRowGoesUpOntoTheFolderThatWasLeft) {
-    desktop.files.addFolder("/d", "a");
-    desktop.files.addFolder("/d", "sub");
-    desktop.files.addFile("/d/sub", "x");
-    panel->setCurrentPath("/d/sub");
-    click(20, 50, 2);
-    EXPECT_EQ(panel->currentPath(), "/d");
-    EXPECT_EQ(selectedName(), "sub");
-}
-
-// The panel is 549 wide: the fixed columns' zones start at 304, 389 and 484.
-TEST_F(OvPanelViewNavigation, theHeaderZonesChooseTheFieldByTheirEdges) {
-    showNumberedFiles(2);
-    const std::vector<std::pair<double, SortField>> cases{
-        {303.9, SortField::name}, {304, SortField::size}, {388.9, SortField::size}, {389, SortField::date},
-        {483.9, SortField::date}, {484, SortField::ext},  {548, SortField::ext},    {0, SortField::name}};
-    for (const auto& [x, field] : cases) {
-        panel->setSortField(field == SortField::name ? SortField::date : SortField::name);
-        panel->setSortDirection(SortDirection::descending);
-        click(x, 24);
-        EXPECT_EQ(panel->sortField(), field) << x;
-        EXPECT_EQ(panel->sortDirection(), SortDirection::ascending) << x;
-    }
-}
-
-TEST_F(OvPanelViewNavigation, clickingTheCurrentFieldsHeaderTogglesItsDirection) {
-    showNumberedFiles(2);
-    click(10, 47.9);
-    EXPECT_EQ(panel->sortDirection(), SortDirection::descending);
-    EXPECT_THAT(names(), ElementsAre("..", "f001", "f000"));
-    click(10, 24);
-    EXPECT_EQ(panel->sortDirection(), SortDirection::ascending);
-    EXPECT_THAT(names(), ElementsAre("..", "f000", "f001"));
-}
-
-TEST_F(OvPanelViewNavigation, aChangeOfFieldSortsTwiceFirstInTheOldDirection) {
-    for (const char* name : {"a", "b", "c"}) desktop.files.addFile("/d", name, 7);
-    panel->setCurrentPath("/d");
-    panel->setSortDirection(SortDirection::descending);
-    EXPECT_THAT(names(), ElementsAre("..", "c", "b", "a"));
-    click(304, 30);
-    // By size all are equal: the descending sort turned them round once, the ascending one kept that.
-    EXPECT_THAT(names(), ElementsAre("..", "a", "b", "c"));
-}
-
-TEST_F(OvPanelViewNavigation, theWheelScrollsByTwoRowsWithinTheListAndLeavesTheCursorAlone) {
-    setRows(5);
-    showNumberedFiles(9);  // 10 rows: the last scroll offset is 5
-    const auto cursor = panel->selectedIndex();
-    wheel(-1);
-    EXPECT_EQ(panel->scrollOffset(), 2);
-    wheel(-0.1);
-    wheel(-120);
-    EXPECT_EQ(panel->scrollOffset(), 5);
-    wheel(3);
-    EXPECT_EQ(panel->scrollOffset(), 3);
-    wheel(0);
-    EXPECT_EQ(panel->scrollOffset(), 3);
-    wheel(1);
-    wheel(1);
-    EXPECT_EQ(panel->scrollOffset(), 0);
-    wheel(1);
-    EXPECT_EQ(panel->scrollOffset(), 0);
-    EXPECT_EQ(panel->selectedIndex(), cursor);
-}
-
-TEST_F(OvPanelViewNavigation, theWheelAlwaysAsksForARedraw) {
-    showNumberedFiles(1);
-    host.redraws = 0;
-    wheel(1);
-    wheel(0);
-    wheel(-1);
-    EXPECT_EQ(host.redraws, 3);
-    EXPECT_EQ(panel->scrollOffset(), 0);
-}
-
-TEST_F(OvPanelViewNavigation, aRowOutOfSightIsBroughtBackByTheNextKey) {
-    setRows(5);
-    showNumberedFiles(30);
-    for (int i = 0; i < 4; ++i) wheel(-1);
-    EXPECT_EQ(panel->scrollOffset(), 8);
-    panel->moveDown();
-    EXPECT_EQ(panel->selectedIndex(), 2);
-    EXPECT_EQ(panel->scrollOffset(), 2);
+    EXPECT_EQ(cursor(), (Cursor{21, 17}));
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,17 @@ public:
     std::vector<std::string> calls;
     std::size_t rowsAtPathChange = 0;
 };
+
+/// Where the cursor stands, and how far the list is scrolled.
+struct Cursor {
+    std::int64_t row;
+    std::int64_t scrollOffset;
+    bool operator==(const Cursor&) const = default;
+};
+
+inline void PrintTo(const Cursor& cursor, std::ostream* stream) {
+    *stream << "row " << cursor.row << ", scrolled by " << cursor.scrollOffset;
+}
 
 /// A panel 549 x 648 points large (28 rows), as in a window of the usual size, on fakes.
 class PanelTest : public testing::Test {
@@ -55,6 +68,8 @@ protected:
         return selected ? selected->name : "(none)";
     }
 
+    Cursor cursor() const { return {panel->selectedIndex(), panel->scrollOffset()}; }
+
     /// The whole of a folder's total in one final report.
     void finishWalk(const std::string& path, std::int64_t bytes, std::int64_t items = 1) {
         desktop.walks.walkOf(path).finish({bytes, items});
@@ -67,6 +82,11 @@ protected:
             const std::string digits = std::to_string(1000 + number).substr(1);
             desktop.files.addFile("/d", "f" + digits);
         }
+    }
+
+    void showNumberedFiles(int count) {
+        addNumberedFiles(count);
+        panel->setCurrentPath("/d");
     }
 
     void setRows(int rows) { panel->setFrame({0, 0, 549, 72.0 + 20 * rows}); }
