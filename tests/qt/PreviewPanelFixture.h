@@ -110,6 +110,13 @@ protected:
         return window.shown() == window.facts() && window.facts()->lines().value(0) == name;
     }
 
+    /// Whether the panel, opened on that file of `files`, shows it.
+    bool opensOn(QtPreviewPanel& panel, const std::string& path) {
+        source->item = itemAt(path);
+        open(panel);
+        return comes([&] { return showsText(panel, QString::fromStdString(path)); });
+    }
+
     QtMainQueue& queue = previewQueue();
     std::shared_ptr<FakeSource> source = std::make_shared<FakeSource>();
     std::shared_ptr<RecordingView> root = std::make_shared<RecordingView>();

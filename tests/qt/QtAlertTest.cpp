@@ -103,7 +103,7 @@ TEST_F(QtAlertTest, endsWithTheProgram) {
         runAlert([] { application().terminate(); });
         returned = true;
     });
-    application().run();
+    EXPECT_TRUE(loopEnds());
     EXPECT_TRUE(returned);
 }
 

@@ -252,7 +252,7 @@ TEST_F(QtMenuBarTest, laterMenusReplaceEarlierOnes) {
 TEST_F(QtMenuBarTest, anActionMayEndTheProgram) {
     window.showMenus({{"File", {{"Quit", [] { application().terminate(); }, "q"}}}});
     QTimer::singleShot(0, &window, [this] { press(Qt::Key_Q, Qt::ControlModifier); });
-    application().run();
+    EXPECT_TRUE(loopEnds());
     EXPECT_TRUE(root->keys.empty());
 }
 

@@ -114,29 +114,23 @@ TEST_F(QtPreviewPanelTest, isAnEmptyWindowWithoutAnItem) {
 }
 
 TEST_F(QtPreviewPanelTest, isAnEmptyWindowWithoutADataSource) {
-    source->item = itemAt("/a");
     QtPreviewPanel panel(application(), queue, files.loader());
-    open(panel);
-    ASSERT_TRUE(comes([&] { return showsText(panel, "/a"); }));
+    ASSERT_TRUE(opensOn(panel, "/a"));
     source.reset();
     EXPECT_TRUE(comes([&] { return panel.window()->shown() == panel.window()->empty(); }));
 }
 
 TEST_F(QtPreviewPanelTest, followsItsDataSource) {
-    source->item = itemAt("/a");
     QtPreviewPanel panel(application(), queue, files.loader());
-    open(panel);
-    ASSERT_TRUE(comes([&] { return showsText(panel, "/a"); }));
+    ASSERT_TRUE(opensOn(panel, "/a"));
     source->item = itemAt("/b");
     EXPECT_TRUE(comes([&] { return showsText(panel, "/b"); }));
     EXPECT_EQ(panel.window()->windowTitle(), "b");
 }
 
 TEST_F(QtPreviewPanelTest, readsAFileOnceWhileOnlyItsDetailChanges) {
-    source->item = itemAt("/a");
     QtPreviewPanel panel(application(), queue, files.loader());
-    open(panel);
-    ASSERT_TRUE(comes([&] { return showsText(panel, "/a"); }));
+    ASSERT_TRUE(opensOn(panel, "/a"));
     source->item->detail = "1 K";
     EXPECT_TRUE(comes([&] { return panel.window()->facts()->lines().contains("1 K"); }));
     EXPECT_EQ(files.asked(), 1);
@@ -159,10 +153,8 @@ TEST_F(QtPreviewPanelTest, aHangingFileHoldsUpNothingAndItsLateAnswerIsDropped) 
 }
 
 TEST_F(QtPreviewPanelTest, anAnswerForAnItemThatCameBackIsShown) {
-    source->item = itemAt("/a");
     QtPreviewPanel panel(application(), queue, files.loader());
-    open(panel);
-    ASSERT_TRUE(comes([&] { return showsText(panel, "/a"); }));
+    ASSERT_TRUE(opensOn(panel, "/a"));
     source->item = itemAt("/silent");
     ASSERT_TRUE(comes([&] { return showsFacts(panel, "silent"); }));
     source->item = itemAt("/a");
@@ -180,10 +172,8 @@ TEST_F(QtPreviewPanelTest, itsEndDoesNotWaitForAHangingFile) {
 }
 
 TEST_F(QtPreviewPanelTest, canBeClosedByTheWindowManagerAndOpenedAgain) {
-    source->item = itemAt("/a");
     QtPreviewPanel panel(application(), queue, files.loader());
-    open(panel);
-    ASSERT_TRUE(comes([&] { return showsText(panel, "/a"); }));
+    ASSERT_TRUE(opensOn(panel, "/a"));
     panel.window()->close();
     EXPECT_FALSE(panel.isVisible());
     EXPECT_EQ(panel.window()->text()->toPlainText(), "") << "a closed preview keeps nothing";
@@ -202,7 +192,7 @@ TEST_F(QtPreviewPanelTest, doesNotKeepTheProgramAliveWhenItsOwnerCloses) {
     QtPreviewPanel panel(application(), queue, files.loader());
     open(panel);
     QTimer::singleShot(0, ownersWindow(), &QWidget::close);
-    application().run();
+    EXPECT_TRUE(loopEnds());
 }
 
 TEST_F(QtPreviewPanelTest, goesWithItsOwnerAndCanBeOpenedForTheNext) {

@@ -1,5 +1,6 @@
 #include "qt/QtTestSupport.h"
 
+#include <QTimer>
 #include <cmath>
 
 namespace vantrel::test {
@@ -17,6 +18,19 @@ QImage whiteImage(int width, int height, double ratio) {
 constexpr QRgb paper = 0xffffffff;
 
 }  // namespace
+
+bool loopEnds() {
+    bool isByItself = true;
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, [&] {
+        isByItself = false;
+        QCoreApplication::exit(1);
+    });
+    limit.start(60'000);
+    application().run();
+    return isByItself;
+}
 
 Surface::Surface(int width, int height, double ratio)
     : image_(whiteImage(width, height, ratio)), painter_(&image_), canvas_(painter_, faces_) {}

@@ -15,6 +15,9 @@ namespace vantrel::test {
 /// The one application of this test program.
 QtApplication& application();
 
+/// Runs its loop. False when the loop does not end by itself within a minute.
+bool loopEnds();
+
 inline const Font mono{"DejaVu Sans Mono", 13};
 inline constexpr Color black{0, 0, 0};
 inline constexpr Color white{1, 1, 1};

@@ -98,13 +98,13 @@ TEST(QtApplication, terminateEndsTheLoopFromInsideACallback) {
         application().terminate();
         after = true;
     });
-    application().run();
+    EXPECT_TRUE(loopEnds());
     EXPECT_TRUE(after) << "the callback runs to its end";
 }
 
 TEST(QtApplication, terminateBeforeTheLoopEndsItAtItsStart) {
     application().terminate();
-    application().run();
+    EXPECT_TRUE(loopEnds());
 }
 
 TEST(QtApplication, terminateDoesNotAskTheWindow) {
@@ -117,7 +117,7 @@ TEST(QtApplication, terminateDoesNotAskTheWindow) {
     });
     window->centerAndShow();
     application().terminate();
-    application().run();
+    EXPECT_TRUE(loopEnds());
     EXPECT_EQ(asked, 0);
 }
 
@@ -125,7 +125,7 @@ TEST(QtApplication, closingTheLastWindowEndsTheLoop) {
     const auto window = application().makeWindow(options);
     window->centerAndShow();
     QTimer::singleShot(0, static_cast<QtWindow*>(window.get()), &QWidget::close);
-    application().run();
+    EXPECT_TRUE(loopEnds());
 }
 
 TEST(QtApplication, aTapOnAltLeavesTheKeyboardToTheContent) {
