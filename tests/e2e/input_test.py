@@ -8,17 +8,27 @@ from session import until
 from window_case import WindowCase
 
 
-class Keys(WindowCase):
+class TwoTrees(WindowCase):
+    """Four folders on the left, the second of which has two in it, and more on the right than fit."""
+
     def setUp(self):
         super().setUp()
-        tree = self.session.make_tree("tree", 5)
+        self.session.make_tree("tree", 5)
         for number in range(2):
             self.session.make_folder(f"tree/a02/inner{number}")
+        self.session.make_tree("many", 90)
+
+    def open_trees(self, rows):
+        self.open_window(self.session.path("tree"), self.session.path("many"))
+        self.left.expect_rows(rows)
+
+
+class Keys(TwoTrees):
+    def setUp(self):
+        super().setUp()
         self.session.make_folder("tree/m")
         self.session.make_folder("tree/Zebra")
-        self.many = self.session.make_tree("many", 90)
-        self.open_window(tree, self.many)
-        self.left.expect_rows(7)
+        self.open_trees(7)
 
     def test_arrows_home_and_end_move_the_cursor(self):
         self.left.expect_cursor(1, "active")
@@ -117,15 +127,10 @@ class Composing(WindowCase):
         self.quit_and_expect_silence()
 
 
-class Mouse(WindowCase):
+class Mouse(TwoTrees):
     def setUp(self):
         super().setUp()
-        tree = self.session.make_tree("tree", 5)
-        for number in range(2):
-            self.session.make_folder(f"tree/a02/inner{number}")
-        self.many = self.session.make_tree("many", 90)
-        self.open_window(tree, self.many)
-        self.left.expect_rows(5)
+        self.open_trees(5)
 
     def test_a_click_selects_the_row_and_its_panel(self):
         self.session.click(*self.right.point_of(5))

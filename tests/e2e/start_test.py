@@ -98,24 +98,22 @@ class Start(WindowCase):
         self.right.expect_cursor(1, "active")
         self.quit_and_expect_silence()
 
-    def test_a_folder_that_cannot_be_read_costs_one_line_on_standard_output(self):
-        file = self.session.make_file("plain", 3)
-        self.open_window(file)
+    def expect_one_line_about(self, folder):
+        self.open_window(folder)
         self.session.keys("F10")
         status, output, errors = self.session.end()
         self.assertEqual((status, errors), (0, ""))
-        self.assertRegex(output, rf"\AError reading directory {file}: .+\n\Z")
+        self.assertRegex(output, rf"\AError reading directory {folder}: .+\n\Z")
+
+    def test_a_folder_that_cannot_be_read_costs_one_line_on_standard_output(self):
+        self.expect_one_line_about(self.session.make_file("plain", 3))
 
     def test_a_folder_without_permission_costs_one_line_on_standard_output(self):
         if os.geteuid() == 0:
             self.skipTest("root may read everything")
         locked = self.session.make_folder("locked")
         os.chmod(locked, 0)
-        self.open_window(locked)
-        self.session.keys("F10")
-        status, output, errors = self.session.end()
-        self.assertEqual((status, errors), (0, ""))
-        self.assertRegex(output, rf"\AError reading directory {locked}: .+\n\Z")
+        self.expect_one_line_about(locked)
 
     def test_every_folder_ends_with_its_total(self):
         for number in range(1, 4):
