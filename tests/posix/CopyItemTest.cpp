@@ -10,16 +10,12 @@
 #include "platform/PathLocation.h"
 #include "posix/FileOperationsFixture.h"
 
-namespace vantrel {
+namespace vantrel::test {
 namespace {
 
-using test::contentOf;
-using test::FailingCall;
-using test::snapshotOf;
-using test::TemporaryFolder;
 using testing::ElementsAre;
 
-class CopyItem : public test::FileOperationsFixture {
+class CopyItem : public FileOperationsFixture {
 protected:
     std::error_code copy(const std::string& from, const std::string& to) {
         return operations.copyItem(folder.path(from), folder.path(to));
@@ -74,7 +70,7 @@ TEST_F(CopyItem, keepsHoles) {
     ASSERT_EQ(::truncate(file.c_str(), 4 << 20), 0);
     const FileDescriptor opened(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
     ASSERT_EQ(::pwrite(opened.number(), "middle", 6, 2 << 20), 6);
-    const FileOperations withoutSharing(test::callsFailing("ioctl", EOPNOTSUPP));
+    const FileOperations withoutSharing(callsFailing("ioctl", EOPNOTSUPP));
     ASSERT_EQ(withoutSharing.copyItem(file, folder.path("copy")), std::error_code());
     struct stat original {
     }, copied{};
@@ -166,7 +162,7 @@ TEST_F(CopyItem, doesNotReplaceATargetThatAppearsMeanwhile) {
 
 TEST_F(CopyItem, worksWhereRenamingWithoutReplacingIsUnknown) {
     makeTree();
-    const FileOperations old(test::callsFailing("renameat2", EINVAL));
+    const FileOperations old(callsFailing("renameat2", EINVAL));
     ASSERT_EQ(old.copyItem(folder.path("tree"), folder.path("copy")), std::error_code());
     EXPECT_EQ(snapshotOf(folder.path("copy")), snapshotOf(folder.path("tree")));
     ASSERT_EQ(old.copyItem(folder.path("tree/file"), folder.path("file")), std::error_code());
@@ -231,22 +227,22 @@ TEST_F(CopyItem, dropsTheBitsThatLendAnotherUsersIdentity) {
     const std::string file = folder.makeFile("file");
     ASSERT_EQ(::chown(file.c_str(), 12345, 12345), 0);
     ASSERT_EQ(::chmod(file.c_str(), 06755), 0);
-    const FileOperations ordinary(test::callsFailing("fchown", EPERM));
+    const FileOperations ordinary(callsFailing("fchown", EPERM));
     ASSERT_EQ(ordinary.copyItem(file, folder.path("copy")), std::error_code());
     struct stat status {};
     ASSERT_EQ(::stat(folder.path("copy").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777u, 0755u);
 }
 
-class CopyItemOften : public test::FileOperationsFixture {
+class CopyItemOften : public FileOperationsFixture {
 protected:
-    CopyItemOften() : FileOperationsFixture(test::quickPlace()) {}
+    CopyItemOften() : FileOperationsFixture(quickPlace()) {}
 };
 
 TEST_F(CopyItemOften, copiesTreesDeeperThanPathMax) {
     folder.makeFolder("tree");
     const TemporaryFolder deep(folder.path("tree"));
-    const std::size_t before = test::openDescriptors();
+    const std::size_t before = openDescriptors();
     const std::string innermost = deep.makeDeepFolder(PATH_MAX / 50, std::string(100, 'd'));
     ASSERT_TRUE(openPath(innermost + "/file", O_WRONLY | O_CREAT));
     ASSERT_EQ(operations.copyItem(folder.path("tree"), folder.path("copy")), std::error_code());
@@ -254,7 +250,7 @@ TEST_F(CopyItemOften, copiesTreesDeeperThanPathMax) {
     EXPECT_TRUE(openPath(copied + "/file", O_RDONLY));
     ASSERT_EQ(operations.copyItem(innermost + "/file", copied + "/second"), std::error_code());
     EXPECT_TRUE(openPath(copied + "/second", O_RDONLY));
-    EXPECT_EQ(test::openDescriptors(), before);
+    EXPECT_EQ(openDescriptors(), before);
 }
 
 TEST_F(CopyItemOften, leavesEverythingAsItWasWhicheverSystemCallFails) {
@@ -327,4 +323,4 @@ TEST_F(CopyItem, doesNotFollowALinkThatTakesAFilesPlaceMeanwhile) {
 }
 
 }  // namespace
-}  // namespace vantrel
+}  // namespace vantrel::test

@@ -9,25 +9,19 @@
 #include "platform/PathLocation.h"
 #include "posix/FileOperationsFixture.h"
 
-namespace vantrel {
+namespace vantrel::test {
 namespace {
 
-using test::contentOf;
-using test::FailingCall;
-using test::snapshotOf;
-using test::TemporaryFolder;
 using testing::ElementsAre;
 
-class MoveItem : public test::FileOperationsFixture {
+class MoveItem : public FileOperationsFixture {
 protected:
     std::error_code move(const std::string& from, const std::string& to) {
         return operations.moveItem(folder.path(from), folder.path(to));
     }
 
     /// Operations to which both places seem to lie on different file systems.
-    static FileOperations acrossFileSystems() {
-        return FileOperations(test::callsFailing("renameat2", EXDEV, 1));
-    }
+    static FileOperations acrossFileSystems() { return FileOperations(callsFailing("renameat2", EXDEV, 1)); }
 };
 
 TEST_F(MoveItem, renamesEveryKindOfItem) {
@@ -64,7 +58,7 @@ TEST_F(MoveItem, neverReplacesAnythingWhereRenamingWithoutReplacingIsUnknown) {
     folder.makeFile("taken", "old");
     folder.makeFolder("takenFolder");
     const auto before = snapshotOf(folder.path());
-    const FileOperations old(test::callsFailing("renameat2", EINVAL));
+    const FileOperations old(callsFailing("renameat2", EINVAL));
     for (const char* const source : {"tree", "tree/nothing", "tree/file"}) {
         for (const char* const target : {"taken", "takenFolder"}) {
             EXPECT_EQ(old.moveItem(folder.path(source), folder.path(target)), std::errc::file_exists);
@@ -154,7 +148,7 @@ TEST_F(MoveItem, acrossFileSystemsForReal) {
     EXPECT_TRUE(names().empty());
     ASSERT_EQ(operations.moveItem(elsewhere.path("moved"), folder.path("back")), std::error_code());
     EXPECT_EQ(snapshotOf(folder.path("back")), before);
-    EXPECT_TRUE(test::namesIn(elsewhere.path()).empty());
+    EXPECT_TRUE(namesIn(elsewhere.path()).empty());
 }
 
 TEST_F(MoveItem, acrossFileSystemsKeepsAnOriginalThatChangesMeanwhile) {
@@ -197,9 +191,9 @@ TEST_F(MoveItem, acrossFileSystemsRefusesFoldersThatItCouldNotEmpty) {
     EXPECT_TRUE(names().empty());
 }
 
-class MoveItemOften : public test::FileOperationsFixture {
+class MoveItemOften : public FileOperationsFixture {
 protected:
-    MoveItemOften() : FileOperationsFixture(test::quickPlace()) {}
+    MoveItemOften() : FileOperationsFixture(quickPlace()) {}
 };
 
 TEST_F(MoveItemOften, losesNothingWhicheverSystemCallFails) {
@@ -233,4 +227,4 @@ TEST_F(MoveItemOften, losesNothingWhicheverSystemCallFails) {
 }
 
 }  // namespace
-}  // namespace vantrel
+}  // namespace vantrel::test
