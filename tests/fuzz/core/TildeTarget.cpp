@@ -39,7 +39,9 @@ void tryTilde(std::span<const std::uint8_t> bytes) {
     const std::string user = input.name(3);
     desktop.process.homes[user] = input.flag() ? "/" : "/home/" + input.name(3);
     const std::string tail = input.text(12);
-    for (const std::string& path : {"~" + tail, "~/" + tail, "~" + user, "~" + user + "/" + tail, tail}) {
+    std::string inUsersHome = "~" + user;
+    inUsersHome += "/" + tail;
+    for (const std::string& path : {"~" + tail, "~/" + tail, "~" + user, inUsersHome, tail}) {
         const AppDelegate delegate(desktop.ports(), *desktop.engine, {"vantrel", path, path, path});
         require(delegate.initialLeftPath() == delegate.initialRightPath(), "both folders are read alike");
         require(delegate.initialLeftPath() == expanded(path, desktop.process), "a tilde means the home");
