@@ -22,7 +22,10 @@ class MeaningfulView final : public View, public Accessible {
 public:
     MeaningfulView(AccessibleRole role, std::string name) : role_(role), name_(std::move(name)) {}
 
-    Accessible* accessible() override { return this; }
+    Accessible* accessible() override {
+        ++reached;
+        return this;
+    }
     AccessibleRole role() const override { return role_; }
     std::string name() const override { return name_; }
     Rect frame() const override { return bounds(); }
@@ -72,6 +75,7 @@ public:
     std::uint64_t order = 0;
     std::vector<std::size_t> pressed;
     std::function<void()> onPress;
+    int reached = 0;
     mutable int asked = 0;
 
 private:
@@ -269,6 +273,21 @@ TEST_F(QtAccessibilityTest, aViewThatIsGoneIsNotValidAnyMore) {
     EXPECT_EQ(nameOf(cell), "");
     EXPECT_TRUE(cell->state().invalid);
     EXPECT_EQ(content().childCount(), 2);
+}
+
+TEST_F(QtAccessibilityTest, whileNobodyListensNothingIsToldAndNoViewIsAsked) {
+    ASSERT_FALSE(QAccessible::isActive());
+    told.clear();
+    root->reached = 0;
+    table->reached = 0;
+    const auto dialog = openDialog();
+    widget.repaint();
+    EXPECT_THAT(told, ElementsAre());
+    EXPECT_EQ(root->reached, 0);
+    EXPECT_EQ(table->reached, 0);
+
+    EXPECT_THAT(announced(), ElementsAre("dialog COPY")) << "there would have been something to tell";
+    EXPECT_GT(table->reached, 0);
 }
 
 TEST_F(QtAccessibilityTest, aMoveOfTheCursorIsToldOnce) {
