@@ -100,15 +100,19 @@ void arrival(benchmark::State& state, SortDirection direction) {
     }
     const ItemList arriving = items;
     std::size_t next = 0;
+    ChangedRows changed;
+    const auto grow = [&](std::size_t place, unsigned most) {
+        FileItem& row = *arriving[place % arriving.size()];
+        row.vantrelState =
+            state::Calculating{row.effectiveSize() + static_cast<std::int64_t>(random() % most), 1};
+        changed.add(row);
+    };
     for (auto _ : state) {
-        for (std::size_t ahead = 1; ahead <= 4; ++ahead) {
-            arriving[(next + ahead) % arriving.size()]->vantrelState =
-                state::Calculating{static_cast<std::int64_t>(random() % 1'000'000), 1};
-        }
-        arriving[next % arriving.size()]->vantrelState =
-            state::Calculated{static_cast<std::int64_t>(random() % 10'000'000), 1};
+        for (std::size_t ahead = 1; ahead <= 4; ++ahead) grow(next + ahead, 1'000'000);
+        grow(next, 10'000'000);
         ++next;
-        sortItems(items, SortField::size, direction);
+        sortChangedSizes(items, changed, direction);
+        changed.clear();
     }
 }
 BENCHMARK_CAPTURE(arrival, ascending, SortDirection::ascending)->Arg(10'000)->Unit(benchmark::kMicrosecond);

@@ -4,9 +4,7 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <iterator>
-#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -142,16 +140,14 @@ void sortNearlySorted(std::vector<Row>& rows, const RowOrder& before) {
 
 // Descending is the negation of ascending, under which equal rows count as in order both ways: a stable merge
 // sort turns their relative order round at every sort. No standard algorithm may be given such a comparison,
-// so the turn is made here. The list was read back to front once; turning each run of equal rows and then the
-// whole leaves exactly those runs turned.
-template <class Rows, class Equal>
-void turnRound(Rows& rows, Equal areEqual) {
-    for (auto run = rows.begin(); run != rows.end();) {
-        const auto end = std::find_if(run, rows.end(), [&](const auto& row) { return !areEqual(*run, row); });
-        std::reverse(run, end);
-        run = end;
+// so rows are sorted by a strict order, and the turn is made here.
+template <class Iterator, class Equal>
+void turnEqualRuns(Iterator begin, Iterator end, Equal areEqual) {
+    for (Iterator run = begin; run != end;) {
+        const Iterator runEnd = std::find_if(run, end, [&](const auto& row) { return !areEqual(*run, row); });
+        std::reverse(run, runEnd);
+        run = runEnd;
     }
-    std::ranges::reverse(rows);
 }
 
 std::vector<Row> makeRows(ItemList& items, SortField field, SortDirection direction) {
@@ -164,64 +160,44 @@ std::vector<Row> makeRows(ItemList& items, SortField field, SortDirection direct
     return rows;
 }
 
-// What a row of a list by size is sorted by, in the order in which `RowOrder` sorts.
-struct SizeKey {
-    bool isInSecondGroup;
-    std::int64_t number;
-    std::size_t place;  // before the sort; not compared
+// The order of a list by size: whether `a` stands above `b`.
+struct SizeOrder {
+    SortDirection direction;
 
-    bool operator==(const SizeKey& other) const {
-        return isInSecondGroup == other.isInSecondGroup && number == other.number;
-    }
-    bool operator<(const SizeKey& other) const {
-        if (isInSecondGroup != other.isInSecondGroup) return other.isInSecondGroup;
-        return number < other.number;
+    bool operator()(const std::shared_ptr<FileItem>& a, const std::shared_ptr<FileItem>& b) const {
+        if (a->isDirectory != b->isDirectory) return a->isDirectory;
+        return direction == SortDirection::ascending ? a->effectiveSize() > b->effectiveSize()
+                                                     : a->effectiveSize() < b->effectiveSize();
     }
 };
 
-// The keys of rows by size, sorted. Nothing when more than a few rows stand too far back.
-std::optional<std::vector<SizeKey>> keysOfNearlySorted(std::span<const std::shared_ptr<FileItem>> rows,
-                                                       SortDirection direction) {
-    constexpr int mostStrays = 8;
-    int strays = 0;
-    std::vector<SizeKey> keys;
-    keys.reserve(rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const std::size_t place = direction == SortDirection::ascending ? i : rows.size() - 1 - i;
-        const FileItem& row = *rows[place];
-        const bool isInSecondGroup = row.isDirectory != (direction == SortDirection::ascending);
-        const SizeKey key{isInSecondGroup, largestFirst(row.effectiveSize()), place};
-        if (keys.empty() || !(key < keys.back())) {
-            keys.push_back(key);
-        } else {
-            if (++strays > mostStrays) return std::nullopt;
-            keys.insert(std::ranges::upper_bound(keys, key, std::less<>()), key);
-        }
+// Moves each changed row to its place among those before it, where a stable sort would put it. False when one
+// belongs further back instead; then the rows are not in order, but equal ones still stand as they stood.
+template <class Iterator, class Before>
+bool moveForward(Iterator begin, Iterator end, const ChangedRows& changed, Before before) {
+    std::size_t left = changed.count();
+    for (Iterator row = begin; row != end && left > 0; ++row) {
+        if (!changed.contains(**row)) continue;
+        --left;
+        const Iterator next = std::next(row);
+        std::rotate(std::upper_bound(begin, row, *row, before), row, next);
+        if (next != end && before(*next, *row) && !changed.contains(**next)) return false;
     }
-    return keys;
+    return true;
 }
 
-// The usual case of a list by size: it was in order, then the total of one folder arrived and few others
-// grew. Does what the sort below does, without gathering all that a sort may need. False, and nothing
-// changed, when it is another case.
-bool sortAfterFewGrew(ItemList& items, SortDirection direction) {
-    const bool hasParent = !items.empty() && items.front()->isParentDir;
-    const std::span rows = std::span(items).subspan(hasParent ? 1 : 0);
-    if (std::ranges::any_of(rows, [](const auto& row) { return row->isParentDir; })) return false;
-    auto keys = keysOfNearlySorted(rows, direction);
-    if (!keys) return false;
-    if (direction == SortDirection::descending) turnRound(*keys, std::equal_to<>());
-    ItemList sorted;
-    sorted.reserve(rows.size());
-    for (const SizeKey& key : *keys) sorted.push_back(std::move(rows[key.place]));
-    std::ranges::move(sorted, rows.begin());
-    return true;
+// As rows of a list by size grow, they move towards its start, or towards the end of a descending list.
+bool moveGrownRows(std::span<std::shared_ptr<FileItem>> rows, const ChangedRows& changed, SizeOrder before) {
+    if (before.direction == SortDirection::ascending) {
+        return moveForward(rows.begin(), rows.end(), changed, before);
+    }
+    const auto after = [&before](const auto& a, const auto& b) { return before(b, a); };
+    return moveForward(rows.rbegin(), rows.rend(), changed, after);
 }
 
 }  // namespace
 
 void sortItems(ItemList& items, SortField field, SortDirection direction) {
-    if (field == SortField::size && sortAfterFewGrew(items, direction)) return;
     const auto parent = std::ranges::find_if(items, [](const auto& item) { return item->isParentDir; });
     ItemList sorted;
     sorted.reserve(items.size());
@@ -231,10 +207,27 @@ void sortItems(ItemList& items, SortField field, SortDirection direction) {
     const RowOrder order{direction};
     sortNearlySorted(rows, order);
     if (direction == SortDirection::descending) {
-        turnRound(rows, [&order](const Row& a, const Row& b) { return std::is_eq(order.compare(a, b)); });
+        turnEqualRuns(rows.begin(), rows.end(),
+                      [&order](const Row& a, const Row& b) { return std::is_eq(order.compare(a, b)); });
+        std::ranges::reverse(rows);  // they were read back to front
     }
     std::ranges::transform(rows, std::back_inserter(sorted), [](Row& row) { return std::move(row.item); });
     items = std::move(sorted);
+}
+
+void ChangedRows::add(const FileItem& item) {
+    if (areFew() && !contains(item)) rows_.push_back(&item);
+}
+
+void sortChangedSizes(ItemList& items, const ChangedRows& changed, SortDirection direction) {
+    const bool hasParent = !items.empty() && items.front()->isParentDir;
+    const std::span rows = std::span(items).subspan(hasParent ? 1 : 0);
+    const SizeOrder before{direction};
+    if (!changed.areFew() || !moveGrownRows(rows, changed, before)) {
+        sortItems(items, SortField::size, direction);
+    } else if (direction == SortDirection::descending) {
+        turnEqualRuns(rows.begin(), rows.end(), [&](const auto& a, const auto& b) { return !before(a, b); });
+    }
 }
 
 }  // namespace vantrel

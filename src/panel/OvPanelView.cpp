@@ -63,6 +63,16 @@ void OvPanelView::setShowHiddenFiles(bool show) {
 
 void OvPanelView::sortItems() {
     vantrel::sortItems(items_, sortField_, sortDirection_);
+    orderDidChange();
+}
+
+void OvPanelView::sortAfterTotal() {
+    sortChangedSizes(items_, changedSinceSort_, sortDirection_);
+    orderDidChange();
+}
+
+void OvPanelView::orderDidChange() {
+    changedSinceSort_.clear();
     ++orderRevision_;
 }
 

@@ -113,6 +113,8 @@ private:
     void requestSizes();
     void requestSize(const std::shared_ptr<FileItem>& item);
     void sizeDidUpdate(FileItem& item, VantrelState state);
+    void sortAfterTotal();
+    void orderDidChange();
     void askAgainForSilencedSizes();
     void startSpinnerTimer();
     void spinnerTick();
@@ -145,6 +147,7 @@ private:
     bool showHiddenFiles_ = false;
     std::int64_t spinnerFrame_ = 0;
     std::uint64_t orderRevision_ = 0;
+    ChangedRows changedSinceSort_;
     PanelAccessible accessible_{*this};
     std::unique_ptr<Timer> spinnerTimer_;
 

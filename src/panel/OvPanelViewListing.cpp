@@ -105,7 +105,8 @@ void OvPanelView::sizeDidUpdate(FileItem& item, VantrelState state) {
     // A row that was asked for again just before its total arrived hears of the second walk too.
     if (isCalculated(item.vantrelState) && isCalculating(state)) return;
     item.vantrelState = std::move(state);
-    if (isCalculated(item.vantrelState) && sortField_ == SortField::size) sortItems();
+    changedSinceSort_.add(item);
+    if (isCalculated(item.vantrelState) && sortField_ == SortField::size) sortAfterTotal();
     setNeedsDisplay();
 }
 

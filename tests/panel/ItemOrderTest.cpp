@@ -192,6 +192,61 @@ TEST(ItemOrder, aNearlySortedListWithAFewChangedTotalsIsOrderedInFull) {
     }
 }
 
+// Rows change as walks report: none, a few or many between two sorts, some twice, some to what they were.
+void changeSomeRows(const ItemList& items, ChangedRows& changed, std::mt19937& random) {
+    const unsigned count = random() % 8 == 0 ? 20 : random() % 5;
+    for (unsigned i = 0; i < count; ++i) {
+        FileItem& row = *items[random() % items.size()];
+        if (row.isParentDir || !row.isDirectory) continue;
+        row.vantrelState = state::Calculating{static_cast<std::int64_t>(random() % 6), 1};
+        changed.add(row);
+    }
+}
+
+TEST(ItemOrder, afterAFewTotalsAListIsOrderedAsIfItHadBeenSortedAnew) {
+    std::mt19937 random(13);
+    for (int round = 0; round < 60; ++round) {
+        const SortDirection direction = round % 2 == 0 ? ascending : descending;
+        ItemList items;
+        for (unsigned i = 0; i < random() % 60; ++i) items.push_back(folder("d" + std::to_string(i)));
+        for (unsigned i = 0; i < random() % 5; ++i) items.push_back(file("f" + std::to_string(i), i));
+        if (random() % 2 == 0) items.insert(items.begin(), parent());
+        sortItems(items, size, direction);
+        for (int arrival = 0; arrival < 50 && !items.empty(); ++arrival) {
+            ChangedRows changed;
+            changeSomeRows(items, changed, random);
+            ItemList expected = items;
+            sortItems(expected, size, direction);
+            sortChangedSizes(items, changed, direction);
+            ASSERT_EQ(namesOf(items), namesOf(expected)) << "round " << round << ", arrival " << arrival;
+        }
+    }
+}
+
+TEST(ItemOrder, changedRowsAreKnownUntilTheyAreMany) {
+    const ItemList rows{folder("a"), folder("b")};
+    ChangedRows changed;
+    for (int time = 0; time < 100; ++time) changed.add(*rows[0]);
+    EXPECT_TRUE(changed.areFew());
+    EXPECT_TRUE(changed.contains(*rows[0]));
+    EXPECT_FALSE(changed.contains(*rows[1]));
+    ItemList others;
+    for (int i = 0; i < 20; ++i) changed.add(*others.emplace_back(folder("d" + std::to_string(i))));
+    EXPECT_FALSE(changed.areFew());
+    changed.clear();
+    EXPECT_TRUE(changed.areFew());
+    EXPECT_FALSE(changed.contains(*rows[0]));
+}
+
+TEST(ItemOrder, aChangedRowThatIsNotInTheListChangesNothing) {
+    ItemList items{folder("a"), folder("b")};
+    const auto gone = folder("gone", state::Calculated{9, 1});
+    ChangedRows changed;
+    changed.add(*gone);
+    sortChangedSizes(items, changed, ascending);
+    EXPECT_THAT(namesOf(items), ElementsAre("a", "b"));
+}
+
 TEST(ItemOrder, sortingNothingOrOneRowIsNothing) {
     EXPECT_THAT(sorted({}, name, descending), ElementsAre());
     EXPECT_THAT(sorted({file("a")}, size, descending), ElementsAre("a"));
