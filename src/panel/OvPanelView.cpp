@@ -86,7 +86,7 @@ void OvPanelView::spinnerTick() {
     if (!isCalculatingSizes()) return;
     askAgainForSilencedSizes();
     ++spinnerFrame_;
-    setNeedsDisplay();
+    setNeedsDisplay(Redraw::inPassing);
 }
 
 }  // namespace vantrel

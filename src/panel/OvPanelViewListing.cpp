@@ -107,7 +107,7 @@ void OvPanelView::sizeDidUpdate(FileItem& item, VantrelState state) {
     item.vantrelState = std::move(state);
     changedSinceSort_.add(item);
     if (isCalculated(item.vantrelState) && sortField_ == SortField::size) sortAfterTotal();
-    setNeedsDisplay();
+    setNeedsDisplay(Redraw::inPassing);
 }
 
 bool OvPanelView::isCalculatingSizes() const {

@@ -84,8 +84,8 @@ View* View::hitTest(Point point) {
     return this;
 }
 
-void View::setNeedsDisplay() {
-    if (ViewHost* const window = host()) window->scheduleRedraw();
+void View::setNeedsDisplay(Redraw urgency) {
+    if (ViewHost* const window = host()) window->scheduleRedraw(urgency);
 }
 
 void View::drawTree(Canvas& canvas) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -10,13 +11,17 @@
 
 namespace vantrel {
 
+/// How soon a change has to be seen. What changes by itself while nobody waits for it, such as a running
+/// total, may share a frame with what changes next.
+enum class Redraw : std::uint8_t { atOnce, inPassing };
+
 /// Port: the window's content area that shows a tree of views. Main thread only.
 class ViewHost {
 public:
     virtual ~ViewHost() = default;
 
     /// Ask for a redraw of the whole tree soon; many calls in one turn of the event loop cost one redraw.
-    virtual void scheduleRedraw() = 0;
+    virtual void scheduleRedraw(Redraw urgency) = 0;
 
     /// Give the keyboard back to the tree (from a text field inside it).
     virtual void focusContent() = 0;
@@ -52,7 +57,7 @@ public:
     /// The topmost view of this tree at a point in this view's coordinates; null outside.
     View* hitTest(Point point);
 
-    void setNeedsDisplay();
+    void setNeedsDisplay(Redraw urgency = Redraw::atOnce);
 
     /// Paints this view and then its subviews, each in its own area.
     void drawTree(Canvas& canvas);

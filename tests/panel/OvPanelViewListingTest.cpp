@@ -223,6 +223,7 @@ TEST_F(OvPanelViewListing, progressAndTheFinalTotalLandInTheRowAndAskForARedraw)
     finishWalk("/d/sub", 300, 4);
     EXPECT_EQ(item("sub")->vantrelState, VantrelState(state::Calculated{300, 4}));
     EXPECT_EQ(host.redraws, 2);
+    EXPECT_EQ(host.redrawsInPassing, 2);
     EXPECT_FALSE(panel->isCalculatingSizes());
 }
 

@@ -81,6 +81,9 @@ TEST_F(ViewTree, redrawsReachTheRootsHostAndARemovedViewHasNone) {
     root->setHost(&host);
     grandchild->setNeedsDisplay();
     EXPECT_EQ(host.redraws, 1);
+    EXPECT_EQ(host.redrawsInPassing, 0);
+    grandchild->setNeedsDisplay(Redraw::inPassing);
+    EXPECT_EQ(host.redrawsInPassing, 1);
     child->removeFromSuperview();
     host.redraws = 0;
     grandchild->setNeedsDisplay();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractEventDispatcher>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QTest>
@@ -69,6 +70,40 @@ TEST_F(QtContentWidgetTest, aRequestRightAfterARedrawIsServedToo) {
     for (int round = 0; round < 3; ++round) {
         const int before = root->draws;
         root->setNeedsDisplay();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return root->draws > before; }));
+    }
+}
+
+// The milliseconds for which the widget's only timer was started; 0 without one.
+int timerInterval(QtContentWidget& widget) {
+    const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(&widget);
+    return timers.isEmpty() ? 0 : timers.front().interval;
+}
+
+TEST_F(QtContentWidgetTest, aChangeByItselfWaitsLongerForItsFrameThanOneThatIsWaitedFor) {
+    int inPassing = 0;
+    int atOnce = 0;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        widget.repaint();
+        root->setNeedsDisplay(Redraw::inPassing);
+        inPassing = timerInterval(widget);
+        root->setNeedsDisplay(Redraw::atOnce);
+        atOnce = timerInterval(widget);
+        // On a busy machine both may be due already; then once more.
+        return inPassing > 0 && atOnce > 0;
+    }));
+    EXPECT_GT(inPassing, atOnce);
+    root->setNeedsDisplay(Redraw::inPassing);
+    EXPECT_LE(timerInterval(widget), atOnce) << "what waits for the next frame does not hold it up";
+    const int before = root->draws;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return root->draws > before; }));
+    EXPECT_EQ(timerInterval(widget), 0);
+}
+
+TEST_F(QtContentWidgetTest, aChangeByItselfIsPaintedInTheEnd) {
+    for (int round = 0; round < 3; ++round) {
+        const int before = root->draws;
+        root->setNeedsDisplay(Redraw::inPassing);
         EXPECT_TRUE(QTest::qWaitFor([&] { return root->draws > before; }));
     }
 }

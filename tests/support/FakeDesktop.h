@@ -152,9 +152,13 @@ public:
 /// Counts what a tree of views asks of its window.
 class CountingHost final : public ViewHost {
 public:
-    void scheduleRedraw() override { ++redraws; }
+    void scheduleRedraw(Redraw urgency) override {
+        ++redraws;
+        if (urgency == Redraw::inPassing) ++redrawsInPassing;
+    }
     void focusContent() override { ++focusRequests; }
     int redraws = 0;
+    int redrawsInPassing = 0;  ///< of them
     int focusRequests = 0;
 };
 

@@ -15,7 +15,10 @@ namespace vantrel {
 
 namespace {
 
+// From one frame to the next: as fast as a screen shows them, and for what changes by itself as fast as an
+// eye can follow figures. Painting takes time from the walks that the figures come from.
 constexpr qint64 frameMilliseconds = 16;
+constexpr qint64 frameInPassingMilliseconds = 50;
 
 Point pointFrom(const QPointF& position) {
     return {position.x(), position.y()};
@@ -43,13 +46,15 @@ void QtContentWidget::setRoot(std::shared_ptr<View> root) {
     update();
 }
 
-void QtContentWidget::scheduleRedraw() {
-    if (redrawTimer_.isActive()) return;
-    const qint64 elapsed = sinceRedraw_.isValid() ? sinceRedraw_.elapsed() : frameMilliseconds;
-    if (elapsed >= frameMilliseconds) {
+void QtContentWidget::scheduleRedraw(Redraw urgency) {
+    if (redrawTimer_.isActive() && (urgency == Redraw::inPassing || timedRedraw_ == Redraw::atOnce)) return;
+    const qint64 pause = urgency == Redraw::atOnce ? frameMilliseconds : frameInPassingMilliseconds;
+    const qint64 elapsed = sinceRedraw_.isValid() ? sinceRedraw_.elapsed() : pause;
+    if (elapsed >= pause) {
         update();
     } else {
-        redrawTimer_.start(static_cast<int>(frameMilliseconds - elapsed), Qt::PreciseTimer, this);
+        redrawTimer_.start(static_cast<int>(pause - elapsed), Qt::PreciseTimer, this);
+        timedRedraw_ = urgency;
     }
 }
 
@@ -64,6 +69,7 @@ void QtContentWidget::timerEvent(QTimerEvent* event) {
 }
 
 void QtContentWidget::paintEvent(QPaintEvent*) {
+    redrawTimer_.stop();
     sinceRedraw_.start();
     QPainter painter(this);
     QtCanvas canvas(painter, faces_);
@@ -82,7 +88,7 @@ void QtContentWidget::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
     // Qt tells that the widget has the focus; which part of it has is told again after that.
     if (accessibleTree_) accessibleTree_->forgetFocus();
-    scheduleRedraw();
+    scheduleRedraw(Redraw::atOnce);
 }
 
 void QtContentWidget::resizeEvent(QResizeEvent*) {

@@ -28,7 +28,7 @@ public:
     /// What assistive technology sees of the views.
     QtAccessibleTree& accessibleTree();
 
-    void scheduleRedraw() override;
+    void scheduleRedraw(Redraw urgency) override;
     void focusContent() override;
 
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
@@ -55,6 +55,7 @@ private:
     WheelSteps wheel_;
     QElapsedTimer sinceRedraw_;
     QBasicTimer redrawTimer_;
+    Redraw timedRedraw_ = Redraw::atOnce;               ///< for whom the timer runs
     std::unique_ptr<QtAccessibleTree> accessibleTree_;  ///< made when somebody asks for it
 };
 
