@@ -13,6 +13,10 @@ namespace {
 
 constexpr std::chrono::milliseconds turnLength{4};
 
+// How long the queue, once awake, lets tasks gather before it looks again. Each wake-up by another thread takes a
+// processor from the threads that walk, and thousands of totals may arrive one by one.
+constexpr std::chrono::milliseconds pause{4};
+
 }  // namespace
 
 void QtMainQueue::post(Task task) {
@@ -47,28 +51,39 @@ void QtMainQueue::timerEvent(QTimerEvent*) {
 void QtMainQueue::runForAWhile() {
     // A timer of zero is served after input and painting; another posted event would go before them. It runs
     // from the start, so that a task which runs an event loop of its own does not hold up the others.
-    if (!nextTurn_.isActive()) nextTurn_.start(0, this);
+    nextTurn_.start(0, this);
     const QDeadlineTimer turnEnd(turnLength, Qt::PreciseTimer);
     Task task;
+    bool ranAny = false;
     while (takeNext(task)) {
         std::exchange(task, nullptr)();
+        ranAny = true;
         if (turnEnd.hasExpired()) return;
     }
-    nextTurn_.stop();
+    if (ranAny) {
+        nextTurn_.start(static_cast<int>(pause.count()), this);
+    } else if (fallAsleep()) {
+        nextTurn_.stop();
+    }
 }
 
 bool QtMainQueue::takeNext(Task& task) {
     if (waiting_.empty()) {
         const std::scoped_lock lock(mutex_);
-        if (posted_.empty()) {
-            awake_ = false;
-            return false;
-        }
+        if (posted_.empty()) return false;
         waiting_.assign(std::make_move_iterator(posted_.begin()), std::make_move_iterator(posted_.end()));
         posted_.clear();
     }
     task = std::move(waiting_.front());
     waiting_.pop_front();
+    return true;
+}
+
+// False when a task has been posted meanwhile, whose sender relies on the queue being awake.
+bool QtMainQueue::fallAsleep() {
+    const std::scoped_lock lock(mutex_);
+    if (!posted_.empty()) return false;
+    awake_ = false;
     return true;
 }
 

@@ -27,6 +27,7 @@ protected:
 private:
     void runForAWhile();
     bool takeNext(Task& task);
+    bool fallAsleep();
 
     std::mutex mutex_;
     std::vector<Task> posted_;  ///< guarded by mutex_
