@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
@@ -77,6 +78,53 @@ TEST(QtMainQueue, tasksThatPostTheNextOneForEverLeaveTheLoopFree) {
     QTimer::singleShot(1, [&] { stop = true; });
     EXPECT_TRUE(QTest::qWaitFor([&] { return stop; }, 60'000));
     serveEvents();
+}
+
+class WakeUpCounter final : public QObject {
+public:
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::User) ++count;
+        return false;
+    }
+};
+
+TEST(QtMainQueue, aTaskSoonAfterAnotherWakesNobodyAndRunsAllTheSame) {
+    QtMainQueue queue;
+    WakeUpCounter wakeUps;
+    queue.installEventFilter(&wakeUps);
+    const auto run = [&] {
+        bool ran = false;
+        queue.post([&ran] { ran = true; });
+        EXPECT_TRUE(QTest::qWaitFor([&ran] { return ran; }, 60'000));
+    };
+    // On a busy machine the second one may come too late; then once more.
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            run();
+            const int before = wakeUps.count;
+            run();
+            return wakeUps.count == before;
+        },
+        60'000));
+}
+
+TEST(QtMainQueue, aTaskLongAfterAnotherIsRunToo) {
+    QtMainQueue queue;
+    WakeUpCounter wakeUps;
+    queue.installEventFilter(&wakeUps);
+    int ran = 0;
+    for (int round = 0; round < 3; ++round) {
+        queue.post([&ran] { ++ran; });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ran > round; }, 60'000));
+        const auto isAsleep = [&] {
+            return QAbstractEventDispatcher::instance()->registeredTimers(&queue).isEmpty();
+        };
+        EXPECT_TRUE(QTest::qWaitFor(isAsleep, 60'000));
+    }
+    EXPECT_EQ(wakeUps.count, 3) << "each found the queue asleep";
 }
 
 TEST(QtMainQueue, aTaskWithAnEventLoopOfItsOwnDoesNotHoldUpTheOthers) {
