@@ -227,6 +227,18 @@ class Session:
         self.xdotool("mousemove", str(self.x + int(x)), str(self.y + int(y)))
         self.xdotool("click", "--repeat", str(count), "--delay", "40", str(button))
 
+    def press_until_end(self, key):
+        """Presses it once a second until the program has ended."""
+
+        def ends():
+            self.keys(key)
+            try:
+                return self.program.wait(1) is not None
+            except subprocess.TimeoutExpired:
+                return False
+
+        until(ends, f"{key} ends the program")
+
     def end(self):
         """Waits for the program's end; (exit status, standard output, standard error)."""
         try:
