@@ -54,6 +54,9 @@ TEST_F(DialogAccessibleTest, eachElementIsWhereItIsPainted) {
         const AccessibleElement label = dialog().element(index);
         EXPECT_EQ(canvas.theText(label.name).area, label.frame);
     }
+    const Rect confirm = dialog().element(0).frame;
+    click({confirm.midX(), confirm.midY()});
+    EXPECT_EQ(delegate->confirmed.size(), 1U);
     const Rect cancel = dialog().element(1).frame;
     click({cancel.midX(), cancel.midY()});
     EXPECT_EQ(delegate->cancellations, 1);
@@ -88,6 +91,8 @@ TEST_F(DialogAccessibleTest, pressingAButtonAnswers) {
     EXPECT_EQ(delegate->cancellations, 1);
     dialog().press(2);
     EXPECT_EQ(delegate->confirmed.size(), 1U) << "a text is no button";
+    EXPECT_TRUE(dialog().element(1).isPressable);
+    EXPECT_FALSE(dialog().element(2).isPressable);
 }
 
 TEST_F(DialogAccessibleTest, theSortOrdersCanBePressedLikeTheirDigits) {
@@ -96,6 +101,7 @@ TEST_F(DialogAccessibleTest, theSortOrdersCanBePressedLikeTheirDigits) {
     EXPECT_EQ(dialog().element(3).name, "2.  Size       (Largest Folders & Files first)");
     EXPECT_EQ(dialog().element(3).role, AccessibleRole::button);
     EXPECT_EQ(dialog().element(3).keyBinding, "2");
+    EXPECT_TRUE(dialog().element(3).isPressable);
     dialog().press(3);
     ASSERT_EQ(delegate->confirmed.size(), 1U);
     EXPECT_EQ(delegate->confirmed[0].second, "size");

@@ -80,16 +80,38 @@ TEST_F(PanelAccessibleTest, tellsAFoldersTotalAsItArrivesWithoutTheSpinner) {
     EXPECT_EQ(cell(1, 1).name, "3,072 B");
 }
 
+TEST_F(PanelAccessibleTest, aFolderThatNobodyMeasuresHasNoKnownSize) {
+    item("docs")->vantrelState = state::NotCalculated{};
+    EXPECT_EQ(cell(1, 1).name, "unknown");
+}
+
 TEST_F(PanelAccessibleTest, saysWhatKindOfThingARowIs) {
     EXPECT_EQ(cell(0, 0).description, "parent folder");
     EXPECT_EQ(cell(1, 0).description, "folder");
     EXPECT_EQ(cell(2, 0).description, "file");
     EXPECT_EQ(cell(2, 1).description, "");
+
+    DirectoryEntry program = fileEntry("program");
+    program.attributes->posixPermissions = 0755;
+    DirectoryEntry link = folderEntry("link");
+    link.attributes->link = LinkKind::symbolicLink;
+    for (const DirectoryEntry& entry : {program, link}) desktop.files.add("/kinds", entry);
+    panel->setCurrentPath("/kinds");
+    EXPECT_EQ(cell(1, 0).description, "link to a folder");
+    EXPECT_EQ(cell(2, 0).description, "program");
+}
+
+TEST_F(PanelAccessibleTest, cellsCanBePressedAndSelectedAndTitlesPressed) {
+    EXPECT_TRUE(cell(1, 0).isPressable);
+    EXPECT_TRUE(cell(1, 0).isSelectable);
+    EXPECT_TRUE(table().element(0).isPressable);
+    EXPECT_FALSE(table().element(0).isSelectable);
 }
 
 TEST_F(PanelAccessibleTest, namesAreRepairedAsOnTheScreen) {
-    desktop.files.addFile("/odd", "caf\xE9\n");
-    panel->setCurrentPath("/odd");
+    desktop.files.addFile("/odd\xFF", "caf\xE9\n");
+    panel->setCurrentPath("/odd\xFF");
+    EXPECT_EQ(table().name(), "/odd\uFFFD");
     EXPECT_EQ(cell(1, 0).name, "caf\uFFFD\uFFFD");
 }
 
@@ -120,6 +142,7 @@ TEST_F(PanelAccessibleTest, rowsOnShowAreWhereTheyArePaintedAndOthersNowhere) {
     EXPECT_EQ(cell(2, 3).frame, (Rect{490, 92, 59, 20}));
     EXPECT_FALSE(cell(3, 0).isOnShow());
     EXPECT_EQ(table().element(0).frame, (Rect{0, 26, 310, 24}));
+    EXPECT_THAT(table().shownElements(), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15));
     panel->end();
     EXPECT_FALSE(cell(0, 0).isOnShow());
     EXPECT_EQ(cell(4, 0).frame, (Rect{0, 92, 310, 20}));
@@ -135,8 +158,12 @@ TEST_F(PanelAccessibleTest, findsTheCellUnderAPoint) {
     EXPECT_EQ(table().elementAt({400, 30}), 2U) << "a title";
     EXPECT_EQ(table().elementAt({100, 10}), std::nullopt) << "the path";
     EXPECT_EQ(table().elementAt({100, 112}), std::nullopt) << "the status line";
+    EXPECT_EQ(table().elementAt({-1, 52}), std::nullopt) << "beside the panel";
     panel->end();
     EXPECT_EQ(table().elementAt({0, 52}), elementOf(2));
+    setRows(10);
+    EXPECT_EQ(table().elementAt({0, 151}), elementOf(4));
+    EXPECT_EQ(table().elementAt({0, 152}), std::nullopt) << "below the last row";
 }
 
 TEST_F(PanelAccessibleTest, selectingACellActivatesThePanelAndScrollsToTheRow) {
@@ -144,6 +171,8 @@ TEST_F(PanelAccessibleTest, selectingACellActivatesThePanelAndScrollsToTheRow) {
     EXPECT_EQ(selectedName(), "c.txt");
     EXPECT_TRUE(cell(4, 0).isOnShow());
     EXPECT_THAT(delegate->calls, testing::Contains("select"));
+    table().select(elementOf(0));
+    EXPECT_EQ(selectedName(), "..");
 }
 
 TEST_F(PanelAccessibleTest, pressingACellOpensIt) {
