@@ -76,6 +76,7 @@ TEST_F(VantrelEngineThreads, aPathThatDoesNotExistIsZeroAndZeroAndIsNotCached) {
 
 TEST_F(VantrelEngineThreads, manyFoldersAtOnceEachEndInTheirOwnTotal) {
     std::vector<Reports> all;
+    all.reserve(200);
     for (int number = 0; number < 200; ++number) {
         const std::string name = "d" + std::to_string(number);
         folder.makeFolder(name);
@@ -200,6 +201,7 @@ TEST(VantrelEngineShared, isMadeOnceByWhicheverThreadAsksFirst) {
     std::mutex mutex;
     std::map<VantrelEngine*, int> seen;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             VantrelEngine* const engine = &VantrelEngine::shared();

@@ -13,12 +13,10 @@ namespace {
 
 using test::fileEntry;
 using test::FillStroke;
-using test::folderEntry;
 using test::LineStroke;
 using test::OutlineStroke;
 using test::RecordingCanvas;
 using test::TextStroke;
-using testing::ElementsAre;
 
 const Font regular{"Menlo", 13, FontWeight::regular};
 const Font bold{"Menlo", 13, FontWeight::bold};

@@ -32,7 +32,7 @@ TEST(FileDescriptor, handsItsFileOverWhenMoved) {
     const int number = first.number();
     const FileDescriptor second = std::move(first);
     EXPECT_EQ(second.number(), number);
-    EXPECT_FALSE(first);
+    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): this is what a moved descriptor promises
     EXPECT_TRUE(isOpen(number));
 }
 

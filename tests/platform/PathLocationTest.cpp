@@ -49,7 +49,7 @@ TEST(PathLocation, saysWhatOpenSaysAboutAFolderOnTheWay) {
     const TemporaryFolder folder;
     folder.makeFile("file");
     std::string path = folder.path("missing");
-    while (path.size() < 2 * PATH_MAX) path += "/a";
+    while (path.size() < std::size_t{2} * PATH_MAX) path += "/a";
     EXPECT_EQ(PathLocation::of(path).error(), std::errc::no_such_file_or_directory);
     path.replace(folder.path().size() + 1, 7, "file");
     EXPECT_EQ(PathLocation::of(path).error(), std::errc::not_a_directory);

@@ -77,7 +77,7 @@ TEST_F(CreateDirectory, takesAwayWhatItMadeWhenItFailsOnTheWay) {
 
 TEST_F(CreateDirectory, reachesBeyondPathMax) {
     std::string path = "deep";
-    while (path.size() < 2 * PATH_MAX) path += "/" + std::string(200, 'd');
+    while (path.size() < std::size_t{2} * PATH_MAX) path += "/" + std::string(200, 'd');
     EXPECT_EQ(make(path), std::error_code());
     EXPECT_TRUE(openPath(folder.path(path), O_RDONLY | O_DIRECTORY));
 }

@@ -21,7 +21,6 @@ using test::SystemCallFaults;
 using test::TemporaryFolder;
 using test::TreeSnapshot;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// A file system that does not have an attribute is no reason to refuse a copy.
 bool costsAnAttribute(const FaultCase& fault) {

@@ -7,6 +7,7 @@ namespace {
 
 std::vector<std::string> pathsOf(const std::vector<Row>& rows) {
     std::vector<std::string> paths;
+    paths.reserve(rows.size());
     for (const Row& row : rows) paths.push_back(row.path);
     return paths;
 }

@@ -25,16 +25,13 @@ std::vector<std::string> fixedNames() {
         "\x7F",
         "\x1B[2J\x1B[31mred",
         "\x1B]0;title\x07",
-        "\xC2\x9B"
-        "31m",       // CSI as a C1 control
-        "\xC2\x85",  // next line
+        "\u009B31m",  // CSI as a C1 control
+        "\xC2\x85",   // next line
         "\xE2\x80\xA8line\xE2\x80\xA9paragraph",
-        "\xE2\x80\xAE"
-        "gnp.exe",  // right-to-left override
+        "\u202Egnp.exe",  // right-to-left override
         "\xE2\x80\xAA\xE2\x80\xAB\xE2\x80\xAD\xE2\x80\xAC",
         "\xE2\x81\xA6\xE2\x81\xA7\xE2\x81\xA8\xE2\x81\xA9",
-        "\xD8\x9C"
-        "arabic letter mark",
+        "\u061Carabic letter mark",
         "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D.txt",  // Hebrew
         "\xED\xA0\x80\xED\xB0\x80",              // a surrogate pair in the manner of CESU-8
         "\xED\xA0\x80",

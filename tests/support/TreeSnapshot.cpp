@@ -25,7 +25,10 @@ void describe(const std::string& path, const std::string& relative, TreeSnapshot
     if (S_ISLNK(status.st_mode)) text << " -> " << fs::read_symlink(path).string();
     into[relative] = text.str();
     if (!S_ISDIR(status.st_mode)) return;
-    for (const std::string& name : namesIn(path)) describe(path + "/" + name, relative + "/" + name, into);
+    for (const std::string& name : namesIn(path)) {
+        const std::string below = "/" + name;
+        describe(path + below, relative + below, into);
+    }
 }
 
 }  // namespace

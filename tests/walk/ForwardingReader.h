@@ -50,7 +50,7 @@ private:
 
 /// A factory that puts a `Reader(real, arguments...)` before the readers of another factory.
 template <class Reader, class... Arguments>
-WalkPool::ReaderFactory disturbed(WalkPool::ReaderFactory real, Arguments... arguments) {
+WalkPool::ReaderFactory disturbed(const WalkPool::ReaderFactory& real, Arguments... arguments) {
     return [=] { return std::make_unique<Reader>(real(), arguments...); };
 }
 

@@ -112,7 +112,7 @@ TEST_P(WalkDepth, keepsNoMoreDescriptorsThanItsBudgetAndAFewForEachThread) {
         EXPECT_GT(most, 0U);
         // Per thread: the folder it reads (twice with the portable reader), and an ancestor and its place
         // while it finds one again. One more is for counting them.
-        EXPECT_LE(most, static_cast<std::size_t>(budget) + 4 * 4 + 1);
+        EXPECT_LE(most, static_cast<std::size_t>(budget + 4 * 4 + 1));
     }
 }
 

@@ -33,6 +33,7 @@ TEST_P(WalkPoolRules, runsManyWalksAtOnce) {
     }
     WalkPool pool(clock, options());
     std::vector<SubmittedWalk> walks;
+    walks.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) walks.push_back(submit(pool, folder.path(std::to_string(i))));
     for (int i = 0; i < count; ++i) EXPECT_EQ(walks[i].record->waitForEnd(), finished(0, i % 5)) << i;
 }
@@ -41,6 +42,7 @@ TEST_P(WalkPoolRules, takesWalksFromSeveralThreads) {
     folder.makeFile("file");
     WalkPool pool(clock, options());
     std::vector<std::thread> submitters;
+    submitters.reserve(4);
     for (int i = 0; i < 4; ++i) {
         submitters.emplace_back([&] {
             for (int k = 0; k < 50; ++k) {

@@ -89,9 +89,9 @@ public:
             const std::string info = entry.path().filename();
             const std::string trashed = can + "/files/" + info.substr(0, info.size() - infoSuffixLength);
             require(::access(trashed.c_str(), F_OK) == 0, "each info has its item");
-            const std::string recorded = readInfo(test::contentOf(entry.path()));
-            require((topFolder.empty() ? recorded : root_ + topFolder + "/" + recorded) == path,
-                    "the path in the info is the item's");
+            std::string recorded = topFolder.empty() ? "" : root_ + topFolder + "/";
+            recorded += readInfo(test::contentOf(entry.path()));
+            require(recorded == path, "the path in the info is the item's");
         }
     }
 
