@@ -18,28 +18,52 @@ count_broken() {
     count "$1" 0 1
 }
 
-attribute() { sed -n "s/^<testsuites.* $1=\"\([0-9]*\)\".*/\1/p" "$2"; }
+attribute() { sed -n "s/^<testsuites.* $1=\"\([0-9]*\)\".*/\1/p" "$2" 2>/dev/null; }
+
+# run_shards PROGRAM FOLDER: runs a GoogleTest program once for each processor, each with its share of the tests.
+# Leaves N.xml, N.txt (what it printed) and N.status there.
+run_shards() {
+    local program=$1 folder=$2 total shard
+    total=$(nproc)
+    for ((shard = 0; shard < total; ++shard)); do
+        (
+            GTEST_TOTAL_SHARDS=$total GTEST_SHARD_INDEX=$shard \
+                "$program" --gtest_brief=1 --gtest_output="xml:$folder/$shard.xml" >"$folder/$shard.txt" 2>&1
+            echo $? >"$folder/$shard.status"
+        ) &
+    done
+    wait
+}
 
 # run_suite NAME PROGRAM: a GoogleTest program; only its failures are shown.
 run_suite() {
-    local name=$1 program=$2 report output status=0 tests failures disabled skipped
-    report=$(mktemp)
-    output=$(mktemp)
+    local name=$1 program=$2 folder status shard tests failures disabled skipped ok=0 not_ok=0 left_out=0
+    folder=$(mktemp -d)
     say "Running $name"
-    "$program" --gtest_brief=1 --gtest_output="xml:$report" >"$output" 2>&1 || status=$?
-    [[ $status -eq 0 ]] || cat "$output" >&2
-    tests=$(attribute tests "$report")
-    if [[ -z $tests ]]; then
-        count_broken "$name"
-    else
-        failures=$(attribute failures "$report")
-        disabled=$(attribute disabled "$report")
-        skipped=$(grep -c '<skipped' "$report")
-        count "$name" $((tests - failures - disabled - skipped)) "$failures" "$skipped"
+    run_shards "$program" "$folder"
+    for status in "$folder"/*.status; do
+        shard=${status%.status}
+        [[ $(<"$status") -eq 0 ]] || cat "$shard.txt" >&2
+        tests=$(attribute tests "$shard.xml")
+        if [[ -z $tests ]]; then
+            say "$name did not run to its end"
+            not_ok=$((not_ok + 1))
+            continue
+        fi
+        failures=$(attribute failures "$shard.xml")
+        disabled=$(attribute disabled "$shard.xml")
+        skipped=$(grep -c '<skipped' "$shard.xml")
+        ok=$((ok + tests - failures - disabled - skipped))
+        not_ok=$((not_ok + failures))
+        left_out=$((left_out + skipped))
         # A sanitizer that found something when all tests had passed, such as a leak.
-        [[ $status -eq 0 || $failures -gt 0 ]] || count "$name, their end" 0 1
-    fi
-    rm -f "$report" "$output"
+        if [[ $(<"$status") -ne 0 && $failures -eq 0 ]]; then
+            say "$name ended badly"
+            not_ok=$((not_ok + 1))
+        fi
+    done
+    count "$name" "$ok" "$not_ok" "$left_out"
+    rm -rf "$folder"
 }
 
 # build_suites PRESET OPTION...

@@ -13,6 +13,7 @@
 #include "platform/posix/PosixFileManager.h"
 #include "platform/posix/Trash.h"
 #include "support/OwnNamespaces.h"
+#include "support/ScopedEnvironment.h"
 #include "support/TreeSnapshot.h"
 
 // Faults that the system makes itself, for an ordinary user: a full volume, one that cannot be written to, a
@@ -179,6 +180,9 @@ std::pair<int, std::string> runAsOrdinaryUser(const std::string& filter) {
 
 TEST(AsOrdinaryUser, theTestsThatRootSkipsPassToo) {
     if (::geteuid() != 0) GTEST_SKIP() << "they ran already";
+    // All of them, also where this program runs only its share of the tests.
+    const test::ScopedEnvironment shares("GTEST_TOTAL_SHARDS", std::nullopt);
+    const test::ScopedEnvironment share("GTEST_SHARD_INDEX", std::nullopt);
     const auto [status, output] = runAsOrdinaryUser(
         "CopyItem.leavesNothingWhenAFileCannotBeRead:FileReading.obeysPermissions:"
         "MoveItem.acrossFileSystemsRefusesFoldersThatItCouldNotEmpty:PosixFileManagerTest.obeysPermissions:"
