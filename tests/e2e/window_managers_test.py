@@ -1,5 +1,6 @@
 """The window under a tiling window manager, without any, and at other scales, on X11."""
 
+import itertools
 import shutil
 import unittest
 
@@ -47,10 +48,15 @@ class WindowManagers(WindowCase):
 
 
 class Scales(WindowCase):
+    def lines(self, x, width, y):
+        """How many pixels wide each line is that stands on blue ground there, from left to right."""
+        row = [self.session.screen.pixel(self.session.x + at, self.session.y + y) for at in range(x, x + width)]
+        return [len(list(run)) for colour, run in itertools.groupby(row) if colour != BLUE]
+
     def test_every_scale_has_the_same_layout_in_points(self):
         tree = self.session.make_tree("left", 6)
         self.session.open_display(size="2300x1600")
-        for scale in (1, 1.25, 1.5, 2):
+        for scale, line in ((1, 1), (1.25, 1), (1.5, 2), (2, 3)):
             with self.subTest(scale=scale):
                 self.session.start(tree, tree, extra_environment={"QT_SCALE_FACTOR": str(scale)})
                 self.session.wait_for_window()
@@ -59,6 +65,10 @@ class Scales(WindowCase):
                 for x, y, colour in ((1086, 716, CELL), (1094, 716, BLUE), (7, 97, ACTIVE), (558, 97, INACTIVE)):
                     place = self.session.x + int(x * scale), self.session.y + int(y * scale)
                     until(lambda p=place, c=colour: self.session.screen.pixel(*p) == c, f"{colour} at {x}, {y}")
+                # The double frames at the window's sides, below the last row.
+                height, side = int(400 * scale), int(7 * scale)
+                for x in (0, self.session.width - side):
+                    self.assertEqual(self.lines(x, side, height), [line, line], f"at {x}")
                 self.session.keys("F10")
                 self.expect_end((0, "", ""))
 

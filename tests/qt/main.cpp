@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <string_view>
 
 #include "qt/QtTestSupport.h"
 
@@ -19,7 +20,10 @@ QtApplication& application() {
 }  // namespace vantrel::test
 
 int main(int argc, char** argv) {
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    // On its usual platform it has several screens.
+    const char* const platform = std::getenv("QT_QPA_PLATFORM");
+    if (platform == nullptr || std::string_view(platform) == "offscreen")
+        ::setenv("QT_QPA_PLATFORM", "offscreen:configfile=" VANTREL_TEST_SCREENS, 1);
     testing::InitGoogleTest(&argc, argv);
     vantrel::QtApplication application(argv[0]);
     theApplication = &application;
