@@ -208,4 +208,18 @@ TEST_F(QtPreviewPanelTest, goesWithItsOwnerAndCanBeOpenedForTheNext) {
     EXPECT_TRUE(comes([&] { return showsText(panel, "/a"); }));
 }
 
+TEST_F(QtPreviewPanelTest, anAnswerThatComesAfterItsWindowHasGoneIsDropped) {
+    source->item = itemAt("/hanging");
+    QtPreviewPanel panel(application(), queue, files.loader());
+    open(panel);
+    ASSERT_TRUE(comes([&] { return files.asked() == 1; }));
+    owner.reset();
+    files.release();
+    ASSERT_TRUE(comes([&] { return files.answered() == 1; }));
+    bool isServed = false;
+    queue.post([&] { isServed = true; });
+    EXPECT_TRUE(comes([&] { return isServed; }));
+    EXPECT_FALSE(panel.isVisible());
+}
+
 }  // namespace vantrel::test

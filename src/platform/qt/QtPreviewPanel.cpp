@@ -56,13 +56,14 @@ void QtPreviewPanel::orderOut() {
 
 QtPreviewWindow& QtPreviewPanel::windowToShow() {
     if (!window_) {
-        forget();
         QtContentWidget* const content = application_.content();
         QWidget* const owner = content == nullptr ? nullptr : content->window();
         window_ = new QtPreviewWindow(owner);
         window_->setKeyHandler(
             [this](const KeyEvent& key, QtPreviewWindow::KeyRepeat repeat) { takeKey(key, repeat); });
         window_->setHideHandler([this] { forget(); });
+        // It may also go with the application's window.
+        connect(window_, &QObject::destroyed, this, [this] { forget(); });
         if (owner != nullptr) {
             QRect place(QPoint(), window_->size());
             place.moveCenter(owner->geometry().center());
@@ -83,11 +84,6 @@ std::optional<PreviewItem> QtPreviewPanel::itemToShow() const {
 }
 
 void QtPreviewPanel::follow() {
-    if (!window_) {
-        // Gone with the application's window.
-        timer_.stop();
-        return;
-    }
     std::optional<PreviewItem> item = itemToShow();
     if (item == item_) {
         // What was there before has stood long enough under the new name.

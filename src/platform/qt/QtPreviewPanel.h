@@ -56,7 +56,7 @@ private:
     std::weak_ptr<PreviewPanelDelegate> delegate_;
     QPointer<QtPreviewWindow> window_;  ///< the application's window owns it, where there is one
     QBasicTimer timer_;
-    std::optional<PreviewItem> item_;
+    std::optional<PreviewItem> item_;        ///< this and the next only while there is a window
     std::optional<PreviewContent> content_;  ///< of item_, as far as it has arrived
     std::shared_ptr<Loading> loading_;       ///< its only owner: gone as soon as its answers are not wanted
     NewestJob jobs_;
