@@ -19,14 +19,19 @@ constexpr const char* help =
     "  --help     show this text and leave\n"
     "  --version  show the version and leave\n";
 
+/// Answers the exit status.
+int print(const char* text) {
+    std::fputs(text, stdout);
+    return vantrel::deliverStandardOutput("vantrel") ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     vantrel::occupyStandardDescriptors();
     const std::vector<std::string> arguments(argv, argv + argc);
-    if (arguments.size() == 2 && arguments[1] == "--help") return std::fputs(help, stdout) < 0 ? 1 : 0;
-    if (arguments.size() == 2 && arguments[1] == "--version")
-        return std::puts("vantrel " VANTREL_VERSION) < 0 ? 1 : 0;
+    if (arguments.size() == 2 && arguments[1] == "--help") return print(help);
+    if (arguments.size() == 2 && arguments[1] == "--version") return print("vantrel " VANTREL_VERSION "\n");
 
     vantrel::QtDesktop desktop(argc > 0 ? argv[0] : nullptr);
     vantrel::AppDelegate delegate(desktop.ports(), desktop.engine(), arguments);

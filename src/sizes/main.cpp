@@ -30,7 +30,14 @@ constexpr const char* help =
     "  --help              show this text and leave\n"
     "  --version           show the version and leave\n";
 
+constexpr const char* programName = "vantrel-sizes";
+
 enum ExitStatus : int { success = 0, someFailed = 1, wrongUsage = 2 };
+
+ExitStatus print(const char* text) {
+    std::fputs(text, stdout);
+    return deliverStandardOutput(programName) ? success : someFailed;
+}
 
 // What the program stands on; never destroyed, since a thread may be stuck in a system call for ever.
 class Program {
@@ -41,11 +48,7 @@ public:
         WalkTotals total;
         for (const std::string& folder : options_.folders) addChecked(total, show(folder));
         if (options_.folders.size() > 1) print({"total", total});
-        if (std::fflush(stdout) != 0) {
-            std::perror("vantrel-sizes: standard output");
-            return someFailed;
-        }
-        return status_;
+        return deliverStandardOutput(programName) ? status_ : someFailed;
     }
 
 private:
@@ -89,10 +92,8 @@ struct Answer {
         static auto* const program = new Program(options);
         return program->run();
     }
-    ExitStatus operator()(HelpRequest) const { return std::fputs(help, stdout) < 0 ? someFailed : success; }
-    ExitStatus operator()(VersionRequest) const {
-        return std::puts("vantrel-sizes " VANTREL_VERSION) < 0 ? someFailed : success;
-    }
+    ExitStatus operator()(HelpRequest) const { return print(help); }
+    ExitStatus operator()(VersionRequest) const { return print("vantrel-sizes " VANTREL_VERSION "\n"); }
     ExitStatus operator()(const UsageError& error) const {
         std::fprintf(stderr, "vantrel-sizes: %s\nTry \"vantrel-sizes --help\".\n", error.message.c_str());
         return wrongUsage;

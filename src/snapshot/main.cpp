@@ -35,6 +35,12 @@ constexpr const char* help =
 
 constexpr std::chrono::minutes patience{5};
 
+/// Answers the exit status.
+int print(const std::string& text) {
+    std::fputs(text.c_str(), stdout);
+    return deliverStandardOutput("vantrel-snapshot") ? 0 : 1;
+}
+
 bool stillCounts(const OvPanelView& panel) {
     return std::ranges::any_of(panel.items(),
                                [](const auto& item) { return isCalculating(item->vantrelState); });
@@ -97,8 +103,7 @@ int run(const char* programName, const SnapshotOptions& options) {
         std::fprintf(stderr, "vantrel-snapshot: cannot write %s\n", options.file.c_str());
         return 1;
     }
-    std::puts(options.file.c_str());
-    return 0;
+    return print(options.file + '\n');
 }
 
 }  // namespace
@@ -107,10 +112,9 @@ int run(const char* programName, const SnapshotOptions& options) {
 int main(int argc, char** argv) {
     vantrel::occupyStandardDescriptors();
     const std::vector<std::string> arguments(argv, argv + argc);
-    if (arguments.size() == 2 && arguments[1] == "--help")
-        return std::fputs(vantrel::help, stdout) < 0 ? 1 : 0;
+    if (arguments.size() == 2 && arguments[1] == "--help") return vantrel::print(vantrel::help);
     if (arguments.size() == 2 && arguments[1] == "--version")
-        return std::puts("vantrel-snapshot " VANTREL_VERSION) < 0 ? 1 : 0;
+        return vantrel::print("vantrel-snapshot " VANTREL_VERSION "\n");
     const auto options = vantrel::parseSnapshotOptions(arguments);
     if (!options) {
         std::fputs(vantrel::help, stderr);

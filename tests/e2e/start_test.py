@@ -210,6 +210,22 @@ class WithoutAWindow(WindowCase):
             self.assertEqual((status, errors), (0, ""))
             self.assertTrue(output.startswith(expected), output)
 
+    def test_an_answer_that_cannot_be_written_is_a_failure(self):
+        for program in ("vantrel", "vantrel-snapshot"):
+            for option in ("--help", "--version"):
+                with open("/dev/full", "w", encoding="ascii") as full:
+                    result = subprocess.run(
+                        [os.path.join(self.session.programs, program), option],
+                        env=self.session.environment,
+                        stdout=full,
+                        stderr=subprocess.PIPE,
+                        text=True,
+                        timeout=60,
+                        check=False,
+                    )
+                expected = (1, f"{program}: standard output: No space left on device\n")
+                self.assertEqual((result.returncode, result.stderr), expected)
+
     def test_without_a_display_it_says_so_in_one_line_and_ends_with_1(self):
         for display in ({}, {"DISPLAY": ":987"}, {"WAYLAND_DISPLAY": "nowhere"}):
             self.session.start(extra_environment=display)

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 
 namespace vantrel {
 namespace {
@@ -57,6 +58,31 @@ TEST(StandardDescriptors, stillFailWhenTheyAreUsed) {
         char byte = 0;
         return ::write(1, "x", 1) == -1 && errno == EBADF && ::write(2, "x", 1) == -1 &&
                ::read(0, &byte, 1) == -1 && errno == EBADF;
+    }));
+}
+
+/// Sends the descriptor somewhere else from now on.
+bool redirect(int number, const char* path) {
+    const int opened = ::open(path, O_WRONLY | O_CLOEXEC);
+    return opened != -1 && ::dup2(opened, number) == number;
+}
+
+TEST(StandardDescriptors, outputThatWasLostBeforeIsNotDeliveredThoughWhatFollowsIs) {
+    if (::access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full here";
+    EXPECT_TRUE(holdsWithout(0, [] {
+        if (!redirect(1, "/dev/full") || !redirect(2, "/dev/null")) return false;
+        std::fputs("lost\n", stdout);
+        if (std::fflush(stdout) == 0 || !redirect(1, "/dev/null")) return false;
+        std::fputs("written\n", stdout);
+        return !deliverStandardOutput("test");
+    }));
+}
+
+TEST(StandardDescriptors, outputThatCanBeWrittenIsDelivered) {
+    EXPECT_TRUE(holdsWithout(0, [] {
+        if (!redirect(1, "/dev/null")) return false;
+        std::fputs("written\n", stdout);
+        return deliverStandardOutput("test");
     }));
 }
 

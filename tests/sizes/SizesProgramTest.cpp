@@ -71,8 +71,11 @@ TEST_F(SizesProgram, writesItsOutputIntoNothingOfItsOwnWhenItIsStartedWithoutSta
 
 TEST_F(SizesProgram, saysWhenItsOutputCannotBeWritten) {
     if (::access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full here";
-    EXPECT_EQ(runIn(folder, "--bytes b >/dev/full"),
-              (Answer{1, "vantrel-sizes: standard output: No space left on device\n"}));
+    for (const char* const arguments : {"--bytes b", "--help", "--version"}) {
+        EXPECT_EQ(runIn(folder, std::string(arguments) + " >/dev/full"),
+                  (Answer{1, "vantrel-sizes: standard output: No space left on device\n"}))
+            << arguments;
+    }
 }
 
 }  // namespace

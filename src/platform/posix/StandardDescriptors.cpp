@@ -3,6 +3,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstdio>
+
 #include "platform/SystemCall.h"
 
 namespace vantrel {
@@ -15,6 +18,13 @@ void occupyStandardDescriptors() {
         const int direction = number == STDIN_FILENO ? O_WRONLY : O_RDONLY;
         if (uninterrupted([&] { return ::open("/dev/null", direction); }) == -1) return;
     }
+}
+
+bool deliverStandardOutput(const char* programName) {
+    errno = EIO;  // of what was lost before, the reason is not known any more
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
+    std::fprintf(stderr, "%s: standard output: %s\n", programName, lastError().message().c_str());
+    return false;
 }
 
 }  // namespace vantrel
