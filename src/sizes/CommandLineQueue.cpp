@@ -1,25 +1,11 @@
 #include "sizes/CommandLineQueue.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <utility>
 
-#include "platform/Precondition.h"
-
 namespace vantrel::sizes {
-
-CommandLineQueue::CommandLineQueue(int interruption) : interruption_(interruption) {
-    int ends[2];
-    precondition(::pipe(ends) == 0, "no pipe to wake the main thread");
-    wakeUpReader_ = FileDescriptor(ends[0]);
-    wakeUpWriter_ = FileDescriptor(ends[1]);
-    for (const int end : ends) {
-        ::fcntl(end, F_SETFD, FD_CLOEXEC);
-        ::fcntl(end, F_SETFL, O_NONBLOCK);
-    }
-}
 
 void CommandLineQueue::post(Task task) {
     const bool isEnough = waiting_.with([&](Waiting& waiting) {
@@ -30,7 +16,7 @@ void CommandLineQueue::post(Task task) {
     });
     if (!isEnough) return;
     // A full pipe wakes as well as one byte more.
-    [[maybe_unused]] const auto written = ::write(wakeUpWriter_.number(), "", 1);
+    [[maybe_unused]] const auto written = ::write(wakeUp_.writer.number(), "", 1);
 }
 
 bool CommandLineQueue::runAfter(std::size_t count, Seconds longest) {
@@ -50,10 +36,10 @@ bool CommandLineQueue::runAfter(std::size_t count, Seconds longest) {
 
 // False when the program is asked to leave.
 bool CommandLineQueue::wait(Seconds longest) const {
-    pollfd sources[] = {{interruption_, POLLIN, 0}, {wakeUpReader_.number(), POLLIN, 0}};
+    pollfd sources[] = {{interruption_, POLLIN, 0}, {wakeUp_.reader.number(), POLLIN, 0}};
     ::poll(sources, 2, static_cast<int>(longest.count() * 1000));
     char bytes[64];
-    while (::read(wakeUpReader_.number(), bytes, sizeof bytes) > 0) continue;
+    while (::read(wakeUp_.reader.number(), bytes, sizeof bytes) > 0) continue;
     return (sources[0].revents & POLLIN) == 0;
 }
 

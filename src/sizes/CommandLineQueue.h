@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "platform/Clock.h"
-#include "platform/FileDescriptor.h"
 #include "platform/Guarded.h"
 #include "platform/MainQueue.h"
+#include "sizes/WakeUpPipe.h"
 
 namespace vantrel::sizes {
 
@@ -14,7 +14,7 @@ namespace vantrel::sizes {
 class CommandLineQueue final : public MainQueue {
 public:
     /// `interruption` becomes readable when the program is asked to leave; borrowed.
-    explicit CommandLineQueue(int interruption);
+    explicit CommandLineQueue(int interruption) : interruption_(interruption) {}
 
     void post(Task task) override;
 
@@ -30,8 +30,7 @@ private:
     bool wait(Seconds longest) const;
 
     const int interruption_;
-    FileDescriptor wakeUpReader_;
-    FileDescriptor wakeUpWriter_;
+    const WakeUpPipe wakeUp_ = openWakeUpPipe();
     Guarded<Waiting> waiting_;
 };
 

@@ -1,6 +1,5 @@
 #include "sizes/Interruption.h"
 
-#include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -8,7 +7,7 @@
 #include <cstdlib>
 #include <initializer_list>
 
-#include "platform/Precondition.h"
+#include "sizes/WakeUpPipe.h"
 
 namespace vantrel::sizes {
 
@@ -28,13 +27,9 @@ extern "C" void noteSignal(int number) {
 }  // namespace
 
 Interruption Interruption::install() {
-    int ends[2];
-    precondition(::pipe(ends) == 0, "no pipe to hear of signals");
-    for (const int end : ends) {
-        ::fcntl(end, F_SETFD, FD_CLOEXEC);
-        ::fcntl(end, F_SETFL, O_NONBLOCK);
-    }
-    signalWriter = ends[1];
+    WakeUpPipe pipe = openWakeUpPipe();
+    // Never closed, since a signal may come at any time.
+    signalWriter = pipe.writer.release();
     struct sigaction action {};
     action.sa_handler = noteSignal;
     action.sa_flags = SA_RESTART;
@@ -44,7 +39,7 @@ Interruption Interruption::install() {
         if (::sigaction(number, nullptr, &former) == 0 && former.sa_handler != SIG_IGN)
             ::sigaction(number, &action, nullptr);
     }
-    return Interruption(ends[0]);
+    return Interruption(pipe.reader.release());
 }
 
 void Interruption::leave() const {

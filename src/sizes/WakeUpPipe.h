@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/FileDescriptor.h"
+
+namespace vantrel::sizes {
+
+/// A pipe whose bytes mean only that something has happened. Neither end ever waits, and programs that are
+/// started get none of them.
+struct WakeUpPipe {
+    FileDescriptor reader;
+    FileDescriptor writer;
+};
+
+/// Stops the program where there is none to be had.
+WakeUpPipe openWakeUpPipe();
+
+}  // namespace vantrel::sizes
