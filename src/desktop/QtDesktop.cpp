@@ -13,10 +13,10 @@ QtDesktop::QtDesktop(const char* programName)
       mainQueue_(*new QtMainQueue),
       preview_(application_, mainQueue_),
       textFields_(application_) {
-    VantrelEngine::provideShared([this] {
+    VantrelEngine::provideShared([&queue = mainQueue_] {
         const auto& clock = *new SystemClock;
         return VantrelEngineServices{
-            .calculationQueue = *new WalkPool(*new CoarseClock), .mainQueue = mainQueue_, .clock = clock};
+            .calculationQueue = *new WalkPool(*new CoarseClock), .mainQueue = queue, .clock = clock};
     });
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "platform/Desktop.h"
 #include "platform/freedesktop/FreedesktopWorkspace.h"
 #include "platform/posix/PosixFileManager.h"

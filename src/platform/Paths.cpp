@@ -9,7 +9,7 @@ std::string_view withoutTrailingSlashes(std::string_view path) {
     return path;
 }
 
-bool isUnreserved(unsigned char byte) {
+bool isWrittenAsItIs(unsigned char byte) {
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
            byte == '-' || byte == '.' || byte == '_' || byte == '~' || byte == '/';
 }
@@ -50,7 +50,7 @@ std::string percentEncoded(std::string_view path) {
     std::string encoded;
     for (const char character : path) {
         const auto byte = static_cast<unsigned char>(character);
-        if (isUnreserved(byte)) {
+        if (isWrittenAsItIs(byte)) {
             encoded += character;
         } else {
             encoded += '%';

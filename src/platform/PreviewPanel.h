@@ -12,8 +12,8 @@ namespace vantrel {
 struct PreviewItem {
     std::string path;  ///< raw bytes
     std::string name;  ///< valid UTF-8, harmless to show
-    std::string
-        detail;  ///< valid UTF-8; what is known besides the content, such as a folder's total; may be empty
+    /// Valid UTF-8; what is known besides the content, such as a folder's total; may be empty.
+    std::string detail;
     bool operator==(const PreviewItem&) const = default;
 };
 
@@ -39,9 +39,15 @@ public:
     virtual ~PreviewPanel() = default;
 
     virtual bool isVisible() const = 0;
+
+    /// Closes it and gives the keyboard back; nothing while it is closed.
     virtual void orderOut() = 0;
+
+    // Either may be gone: without a source there is nothing to show, without a delegate nobody gets the keys.
     virtual void setDataSource(std::weak_ptr<PreviewPanelDataSource> dataSource) = 0;
     virtual void setDelegate(std::weak_ptr<PreviewPanelDelegate> delegate) = 0;
+
+    /// Opens it, or brings it to the front, with the keyboard.
     virtual void makeKeyAndOrderFront() = 0;
 };
 

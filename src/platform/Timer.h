@@ -17,7 +17,8 @@ class TimerFactory {
 public:
     virtual ~TimerFactory() = default;
 
-    /// Calls `tick` on the main thread every `interval` until the returned timer is destroyed.
+    /// Calls `tick` on the main thread every `interval` until the returned timer is destroyed, which a tick
+    /// may do too.
     virtual std::unique_ptr<Timer> startRepeating(std::chrono::milliseconds interval,
                                                   std::function<void()> tick) = 0;
 };

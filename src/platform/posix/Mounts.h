@@ -11,8 +11,8 @@ namespace vantrel {
 struct Mount {
     std::uint64_t number = 0;
     std::string topFolder;  ///< absolute path without links
-    bool keepsTrash =
-        false;  ///< people keep files there: it is not in memory only and no folder of the system's
+    /// Whether people keep files there: it is not in memory only and no folder of the system's.
+    bool keepsTrash = false;
 };
 
 /// The mount of an open folder whose absolute path, without links, is `path`.

@@ -30,8 +30,9 @@ public:
     explicit Trash(Settings settings, SystemCalls calls = {})
         : settings_(std::move(settings)), calls_(std::move(calls)) {}
 
-    /// `path` is absolute and without "." and ".."; a link is trashed itself. invalid_argument for the trash
-    /// and what lies in it, operation_not_supported where no trash is kept.
+    /// `path` is absolute and without "." and ".."; a link is trashed itself. invalid_argument for the trash,
+    /// for what lies directly in it and for the folders around it, operation_not_supported where no trash is
+    /// kept.
     std::error_code put(const std::string& path) const;
 
 private:

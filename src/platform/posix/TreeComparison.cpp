@@ -101,8 +101,8 @@ private:
     const SystemCalls& calls_;
     FolderStack original_;
     FolderStack copy_;
-    std::vector<std::vector<std::string>>
-        remaining_;  // names still to be compared, of each folder on the way down
+    /// Names still to be compared, of each folder on the way down.
+    std::vector<std::vector<std::string>> remaining_;
 };
 
 }  // namespace

@@ -89,8 +89,8 @@ private:
     FolderStack copy_;
     std::uint64_t mount_;
     struct stat root_ {};
-    std::vector<std::vector<std::string>>
-        remaining_;  // names still to be copied, of each folder on the way down
+    /// Names still to be copied, of each folder on the way down.
+    std::vector<std::vector<std::string>> remaining_;
 };
 
 }  // namespace
