@@ -13,11 +13,18 @@ namespace vantrel::sizes {
 
 namespace {
 
-// What a signal handler may touch: a lock-free number and write(2).
+// What a signal handler may touch: lock-free numbers, write(2), signal(2) and raise(3).
+volatile sig_atomic_t isPatient = 0;
 volatile sig_atomic_t receivedSignal = 0;
 volatile sig_atomic_t signalWriter = -1;
 
 extern "C" void noteSignal(int number) {
+    if (isPatient == 0) {
+        // Comes true when this handler returns, which blocks the signal until then.
+        ::signal(number, SIG_DFL);
+        ::raise(number);
+        return;
+    }
     const int error = errno;
     receivedSignal = number;
     [[maybe_unused]] const auto written = ::write(signalWriter, "", 1);
@@ -25,6 +32,15 @@ extern "C" void noteSignal(int number) {
 }
 
 }  // namespace
+
+Interruption::Patience::Patience(const Interruption& interruption) : interruption_(interruption) {
+    isPatient = 1;
+}
+
+Interruption::Patience::~Patience() {
+    isPatient = 0;
+    if (receivedSignal != 0) interruption_.leave();
+}
 
 Interruption Interruption::install() {
     WakeUpPipe pipe = openWakeUpPipe();

@@ -59,17 +59,22 @@ private:
             status_ = someFailed;
             return {};
         }
-        LiveLine live;
-        if (question.wait([&live](const SizesQuestion& asked) { live.show(asked); }) == Interrupted::yes) {
-            live.erase();
-            interruption_.leave();
-        }
-        live.erase();
+        wait(question);
         FolderSizes sizes = question.sizes();
         sortRows(sizes.subfolders, options_.order);
         for (const Row& row : sizes.subfolders) print(row);
         print({folder, sizes.total()});
         return sizes.total();
+    }
+
+    /// Leaves nothing of the line behind, whether it is interrupted or not.
+    void wait(SizesQuestion& question) const {
+        const Interruption::Patience patience(interruption_);
+        LiveLine live;
+        if (question.wait([&live](const SizesQuestion& asked) { live.show(asked); }) == Interrupted::yes) {
+            live.erase();
+            interruption_.leave();
+        }
     }
 
     void print(const Row& row) const {

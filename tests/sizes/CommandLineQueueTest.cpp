@@ -81,6 +81,7 @@ TEST(InterruptionTest, endsTheProcessByTheSignalThatCame) {
         if (child == 0) {
             ::signal(number, SIG_DFL);  // whoever started the tests may ignore it
             const auto interruption = Interruption::install();
+            const Interruption::Patience patience(interruption);
             ::raise(number);
             pollfd source{interruption.descriptor(), POLLIN, 0};
             if (::poll(&source, 1, 0) != 1) ::_exit(1);
@@ -93,12 +94,34 @@ TEST(InterruptionTest, endsTheProcessByTheSignalThatCame) {
     }
 }
 
+TEST(InterruptionTest, endsTheProcessAtTheEndOfPatienceAndAtOnceWithoutIt) {
+    for (const bool isPatient : {true, false}) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            ::signal(SIGTERM, SIG_DFL);
+            const auto interruption = Interruption::install();
+            if (isPatient) {
+                const Interruption::Patience patience(interruption);
+                ::raise(SIGTERM);
+            } else {
+                ::raise(SIGTERM);
+            }
+            ::_exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << isPatient;
+    }
+}
+
 TEST(InterruptionTest, leavesAloneWhatWasIgnored) {
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
         ::signal(SIGHUP, SIG_IGN);
         const auto interruption = Interruption::install();
+        const Interruption::Patience patience(interruption);
         ::raise(SIGHUP);
         pollfd source{interruption.descriptor(), POLLIN, 0};
         ::_exit(::poll(&source, 1, 0) == 0 ? 0 : 1);

@@ -1,4 +1,7 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -76,6 +79,38 @@ TEST_F(SizesProgram, saysWhenItsOutputCannotBeWritten) {
                   (Answer{1, "vantrel-sizes: standard output: No space left on device\n"}))
             << arguments;
     }
+}
+
+TEST_F(SizesProgram, endsBySignalAlthoughNobodyReadsWhatItPrints) {
+    // More lines than a pipe holds.
+    constexpr int pipeSize = 65536;
+    for (int number = 100; number < 400; ++number)
+        folder.makeFolder(std::string(240, 'x') + std::to_string(number));
+    int output[2];
+    ASSERT_EQ(::pipe2(output, O_CLOEXEC), 0);
+    ASSERT_EQ(::fcntl(output[1], F_SETPIPE_SZ, pipeSize), pipeSize);
+    const pid_t program = ::fork();
+    if (program == 0) {
+        ::dup2(output[1], STDOUT_FILENO);
+        ::execl(VANTREL_SIZES_PROGRAM, "vantrel-sizes", folder.path().c_str(), nullptr);
+        ::_exit(127);
+    }
+    const auto comes = [](const auto& condition) {
+        for (int tries = 0; tries < 6000; ++tries) {
+            if (condition()) return true;
+            ::usleep(10'000);
+        }
+        return false;
+    };
+    int waiting = 0;
+    EXPECT_TRUE(comes([&] { return ::ioctl(output[0], FIONREAD, &waiting) == 0 && waiting == pipeSize; }));
+    ::kill(program, SIGTERM);
+    int status = 0;
+    const bool hasEnded = comes([&] { return ::waitpid(program, &status, WNOHANG) == program; });
+    EXPECT_TRUE(hasEnded && WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    if (!hasEnded) ::kill(program, SIGKILL);
+    ::close(output[0]);
+    ::close(output[1]);
 }
 
 }  // namespace
