@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,11 +51,18 @@ bool stillCounts(const OvCommanderView& commander) {
     return stillCounts(commander.leftPanel()) || stillCounts(commander.rightPanel());
 }
 
-void press(QWidget& window, const std::string& name) {
+/// What a name such as "Ctrl+2" stands for; nothing where it stands for no key or for several.
+std::optional<QKeyCombination> keyNamed(const std::string& name) {
     const QKeySequence sequence = QKeySequence::fromString(QString::fromStdString(name));
-    if (sequence.isEmpty()) return;
+    if (sequence.count() != 1 || sequence[0].key() == Qt::Key_unknown) return std::nullopt;
+    return sequence[0];
+}
+
+void press(QWidget& window, const std::string& name) {
+    const std::optional<QKeyCombination> key = keyNamed(name);
+    if (!key) return;
     QWidget* const target = window.focusWidget();
-    QKeyEvent event(QEvent::KeyPress, sequence[0].key(), sequence[0].keyboardModifiers(),
+    QKeyEvent event(QEvent::KeyPress, key->key(), key->keyboardModifiers(),
                     name.size() == 1 ? QString::fromStdString(name) : QString());
     QCoreApplication::sendEvent(target == nullptr ? &window : target, &event);
     QCoreApplication::processEvents();
@@ -118,6 +126,11 @@ int main(int argc, char** argv) {
     const auto options = vantrel::parseSnapshotOptions(arguments);
     if (!options) {
         std::fputs(vantrel::help, stderr);
+        return 2;
+    }
+    for (const std::string& key : options->keys) {
+        if (vantrel::keyNamed(key)) continue;
+        std::fprintf(stderr, "vantrel-snapshot: no key is called \"%s\"\n", key.c_str());
         return 2;
     }
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);

@@ -214,17 +214,8 @@ class WithoutAWindow(WindowCase):
         for program in ("vantrel", "vantrel-snapshot"):
             for option in ("--help", "--version"):
                 with open("/dev/full", "w", encoding="ascii") as full:
-                    result = subprocess.run(
-                        [os.path.join(self.session.programs, program), option],
-                        env=self.session.environment,
-                        stdout=full,
-                        stderr=subprocess.PIPE,
-                        text=True,
-                        timeout=60,
-                        check=False,
-                    )
-                expected = (1, f"{program}: standard output: No space left on device\n")
-                self.assertEqual((result.returncode, result.stderr), expected)
+                    answer = self.run_program(program, option, stdout=full)
+                self.assertEqual(answer, (1, None, f"{program}: standard output: No space left on device\n"))
 
     def test_without_a_display_it_says_so_in_one_line_and_ends_with_1(self):
         for display in ({}, {"DISPLAY": ":987"}, {"WAYLAND_DISPLAY": "nowhere"}):
@@ -233,23 +224,37 @@ class WithoutAWindow(WindowCase):
             self.assertEqual((status, output), (1, ""))
             self.assertRegex(errors, r"\Avantrel: no display .+\n\Z")
 
-    def test_the_snapshot_is_a_picture_of_the_asked_size(self):
-        picture = self.session.path("picture.png")
+    def run_program(self, name, *arguments, stdout=subprocess.PIPE):
+        """(exit status, standard output, standard error)"""
         result = subprocess.run(
-            [os.path.join(self.session.programs, "vantrel-snapshot"), self.session.folder, "-o", picture]
-            + ["--size", "800x500", "--scale", "2"],
+            [os.path.join(self.session.programs, name), *arguments],
             env=self.session.environment,
-            capture_output=True,
+            stdout=stdout,
+            stderr=subprocess.PIPE,
             text=True,
             timeout=60,
             check=False,
         )
-        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, picture + "\n", ""))
+        return result.returncode, result.stdout, result.stderr
+
+    def test_the_snapshot_is_a_picture_of_the_asked_size(self):
+        picture = self.session.path("picture.png")
+        answer = self.run_program(
+            "vantrel-snapshot", self.session.folder, "-o", picture, "--size", "800x500", "--scale", "2"
+        )
+        self.assertEqual(answer, (0, picture + "\n", ""))
         with open(picture, "rb") as file:
             header = file.read(24)
         self.assertEqual(header[:8], b"\x89PNG\r\n\x1a\n")
         self.assertEqual(int.from_bytes(header[16:20], "big"), 1600)
         self.assertEqual(int.from_bytes(header[20:24], "big"), 1000)
+
+    def test_the_snapshot_presses_no_key_that_it_does_not_know(self):
+        picture = self.session.path("picture.png")
+        for key in ("Dwon", "F5, Down", ""):
+            answer = self.run_program("vantrel-snapshot", self.session.folder, "-o", picture, "--press", key)
+            self.assertEqual(answer, (2, "", f'vantrel-snapshot: no key is called "{key}"\n'))
+            self.assertFalse(os.path.exists(picture))
 
 
 if __name__ == "__main__":
