@@ -4,6 +4,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QSizePolicy>
+#include <QStyle>
 #include <algorithm>
 #include <cmath>
 
@@ -45,9 +46,8 @@ void ImageView::paintEvent(QPaintEvent*) {
             fits ? image_ : image_.scaled(shown, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     }
     scaled_.setDevicePixelRatio(ratio);
-    const QPointF topLeft((room.width() - shown.width()) / 2 / ratio,
-                          (room.height() - shown.height()) / 2 / ratio);
-    QPainter(this).drawPixmap(topLeft, scaled_);
+    const QPoint topLeft((room.width() - shown.width()) / 2, (room.height() - shown.height()) / 2);  // pixels
+    QPainter(this).drawPixmap(QPointF(topLeft) / ratio, scaled_);
 }
 
 PagesView::PagesView(QWidget* parent) : QWidget(parent) {
@@ -111,7 +111,9 @@ void FactsView::paintEvent(QPaintEvent*) {
     const auto others = static_cast<int>(std::max<qsizetype>(0, lines_.size() - 1));
     int y = (height() - iconSize - 2 * margin - nameHeight - others * lineHeight) / 2;
 
-    painter.drawPixmap((width() - iconSize) / 2, y, previewIcon(facts_, iconSize, devicePixelRatioF()));
+    // In the middle of its place, since a theme may have only smaller ones.
+    style()->drawItemPixmap(&painter, QRect((width() - iconSize) / 2, y, iconSize, iconSize), Qt::AlignCenter,
+                            previewIcon(facts_, iconSize, devicePixelRatioF()));
     y += iconSize + margin;
     painter.setFont(headline);
     painter.drawText(QRect(room.left(), y, room.width(), nameHeight), flags, name);
