@@ -74,7 +74,7 @@ QPixmap drawnIcon(bool isFolder, int size, double ratio) {
 QPixmap previewIcon(const PreviewFacts& facts, int size, double ratio) {
     for (const QString& name : {facts.iconName, facts.genericIconName}) {
         if (name.isEmpty() || !QIcon::hasThemeIcon(name)) continue;
-        const QPixmap icon = QIcon::fromTheme(name).pixmap(QSize(size, size), ratio);
+        QPixmap icon = QIcon::fromTheme(name).pixmap(QSize(size, size), ratio);
         if (!icon.isNull()) return icon;
     }
     return drawnIcon(facts.isFolder, size, ratio);

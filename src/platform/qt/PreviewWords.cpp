@@ -31,7 +31,7 @@ QString kind(const PreviewFacts& facts) {
 
 QString size(quint64 bytes) {
     const QLocale locale = userLocale("LC_NUMERIC");
-    const QString exact =
+    QString exact =
         bytes == 1 ? QStringLiteral("1 byte") : QStringLiteral("%1 bytes").arg(locale.toString(bytes));
     if (bytes < kilobyte) return exact;
     return QStringLiteral("%1 (%2)").arg(

@@ -121,7 +121,7 @@ QList<int> QtAccessibleView::selectedRows() const {
 
 bool QtAccessibleView::selectRow(int row) {
     if (row < 0 || row >= rowCount() || isBehindDialog(view())) return false;
-    accessible().select(static_cast<std::size_t>((row + 1) * columnCount()));
+    accessible().select(static_cast<std::size_t>(row + 1) * accessible().columnCount());
     return true;
 }
 
