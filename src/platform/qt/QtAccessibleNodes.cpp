@@ -2,6 +2,7 @@
 
 #include <QWindow>
 
+#include "platform/Precondition.h"
 #include "platform/qt/QtContentWidget.h"
 
 namespace vantrel {
@@ -37,6 +38,12 @@ bool QtAccessibleNode::isValid() const {
 
 QWindow* QtAccessibleNode::window() const {
     return tree_.content().window()->windowHandle();
+}
+
+std::size_t QtAccessibleNode::columnsOfTable() const {
+    const std::size_t columns = accessible().columnCount();
+    precondition(columns > 0, "a table is asked for where there is none");
+    return columns;
 }
 
 QAccessibleInterface* QtAccessibleView::parent() const {
@@ -110,18 +117,18 @@ QString QtAccessibleView::columnDescription(int column) const {
 }
 
 int QtAccessibleView::rowCount() const {
-    return static_cast<int>(accessible().elementCount()) / columnCount() - 1;
+    return static_cast<int>(accessible().elementCount() / columnsOfTable()) - 1;
 }
 
 QList<int> QtAccessibleView::selectedRows() const {
     const auto selected = accessible().selectedElement();
     if (!selected) return {};
-    return {static_cast<int>(*selected) / columnCount() - 1};
+    return {static_cast<int>(*selected / columnsOfTable()) - 1};
 }
 
 bool QtAccessibleView::selectRow(int row) {
     if (row < 0 || row >= rowCount() || isBehindDialog(view())) return false;
-    accessible().select(static_cast<std::size_t>(row + 1) * accessible().columnCount());
+    accessible().select(static_cast<std::size_t>(row + 1) * columnsOfTable());
     return true;
 }
 
@@ -208,11 +215,11 @@ QList<QAccessibleInterface*> QtAccessibleElement::columnHeaderCells() const {
 }
 
 int QtAccessibleElement::columnIndex() const {
-    return static_cast<int>(index_ % accessible().columnCount());
+    return static_cast<int>(index_ % columnsOfTable());
 }
 
 int QtAccessibleElement::rowIndex() const {
-    return isTitle() ? 0 : static_cast<int>(index_ / accessible().columnCount()) - 1;
+    return isTitle() ? 0 : static_cast<int>(index_ / columnsOfTable()) - 1;
 }
 
 }  // namespace vantrel

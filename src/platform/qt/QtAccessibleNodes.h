@@ -25,6 +25,9 @@ public:
 protected:
     QtAccessibleTree& tree() const { return tree_; }
 
+    /// Never 0: who is no table does not give away the interfaces that come here.
+    std::size_t columnsOfTable() const;
+
 private:
     QtAccessibleTree& tree_;
     std::weak_ptr<View> view_;
