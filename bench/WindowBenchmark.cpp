@@ -61,7 +61,7 @@ public:
 private:
     const sizes::Interruption interruption_ = sizes::Interruption::install();
     sizes::CommandLineQueue queue_{interruption_.descriptor()};
-    const CoarseClock clock_;
+    const CoarseClock clock_{};
     WalkPool pool_{clock_};
     const std::shared_ptr<VantrelEngine> engine_ = VantrelEngine::make({pool_, queue_, clock_});
 };
