@@ -176,6 +176,16 @@ TEST_F(OvCommanderViewDialogs, aNewDialogReplacesTheOpenOneWithoutAWordToIt) {
     EXPECT_THAT(desktop.files.listedFolders, ElementsAre("/start", "/Users/ann"));
 }
 
+TEST_F(OvCommanderViewDialogs, aDialogTakesTheKeyboardFromWhateverFieldHasIt) {
+    press(Key::f7);
+    desktop.mainQueue.runAll();
+    host.focusRequests = 0;
+    commander->showHelpDialog();
+    EXPECT_EQ(host.focusRequests, 1);
+    press(Key::escape);
+    EXPECT_EQ(commander->dialogOverlay(), nullptr);
+}
+
 TEST_F(OvCommanderViewDialogs, theFieldTakesTheKeyboardWithItsTextSelectedOnceTheEventIsOver) {
     press(Key::f7);
     ASSERT_EQ(desktop.textFields.alive.size(), 1U);
