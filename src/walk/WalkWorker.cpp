@@ -120,7 +120,7 @@ void WalkWorker::countFiles(Folder& folder) {
     Measure measure;
     while (!walk.isCancelled() && reader_->next(entry)) {
         if (entry.kind == EntryKind::link || entry.kind == EntryKind::folder) continue;
-        if (!reader_->measure(descriptor, entry.name, measure)) continue;
+        if (!reader_->measure(descriptor, entry.name, measure) || measure.kind == EntryKind::link) continue;
         if (measure.kind == EntryKind::other)
             addChecked(counted_, {measure.bytes, 1});
         else if (measure.kind == EntryKind::folder && walk.reach() == WalkPool::Reach::wholeTree)

@@ -54,6 +54,17 @@ WalkPool::ReaderFactory disturbed(const WalkPool::ReaderFactory& real, Arguments
     return [=] { return std::make_unique<Reader>(real(), arguments...); };
 }
 
+/// Leaves every kind to `measure`, as some file systems do.
+class SilentAboutKinds final : public ForwardingReader {
+public:
+    using ForwardingReader::ForwardingReader;
+    bool next(walking::Entry& entry) override {
+        const bool found = ForwardingReader::next(entry);
+        entry.kind = walking::EntryKind::unknown;
+        return found;
+    }
+};
+
 /// Counts calls, over all threads.
 class CountingReader final : public ForwardingReader {
 public:

@@ -120,16 +120,6 @@ TEST_P(WalkCounting, skipsUnreadableFolders) {
     EXPECT_EQ(walk(folder.path("closed")), (WalkRecord::End{WalkOutcome::rootUnreadable, {0, 0}}));
 }
 
-class SilentAboutKinds final : public ForwardingReader {
-public:
-    using ForwardingReader::ForwardingReader;
-    bool next(Entry& entry) override {
-        const bool found = ForwardingReader::next(entry);
-        entry.kind = EntryKind::unknown;
-        return found;
-    }
-};
-
 TEST_P(WalkCounting, asksForTheKindsThatTheDirectoryDoesNotGive) {
     folder.makeFolder("a");
     folder.makeFolder("a/b");

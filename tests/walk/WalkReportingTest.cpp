@@ -21,8 +21,10 @@ protected:
         for (int i = 0; i < count; ++i) folder.makeFile(where + std::to_string(i));
     }
 
-    std::vector<WalkTotals> progressBy(const Clock& time) const {
-        WalkPool pool(time, options());
+    std::vector<WalkTotals> progressBy(const Clock& time) const { return progressBy(time, options()); }
+
+    std::vector<WalkTotals> progressBy(const Clock& time, const WalkPool::Options& chosen) const {
+        WalkPool pool(time, chosen);
         const auto walk = submit(pool, folder.path());
         EXPECT_TRUE(walk.record->waitForEnd());
         return walk.record->progress();
@@ -48,6 +50,9 @@ TEST_P(WalkReporting, comesAfterFoldersToo) {
 TEST_P(WalkReporting, doesNotComeForLinks) {
     folder.makeLink("a", "nowhere");
     EXPECT_TRUE(progressBy(TwoTimesClock(1)).empty());
+    auto silent = options();
+    silent.makeReader = disturbed<SilentAboutKinds>(GetParam());
+    EXPECT_TRUE(progressBy(TwoTimesClock(1), silent).empty()) << "nor where only a look tells that it is one";
 }
 
 TEST_P(WalkReporting, neverFallsAndEndsWithTheTotals) {
