@@ -20,18 +20,14 @@ std::string_view cutAfter(std::string_view line, std::size_t byteLimit) {
 
 std::string withTabsExpanded(std::string_view line) {
     std::string expanded;
-    std::size_t column = 0;
-    for (const char byte : line) {
-        if (byte == '\t') {
-            const std::size_t width = tabStop - column % tabStop;
-            expanded.append(width, ' ');
-            column += width;
-            continue;
-        }
-        expanded += byte;
-        if (!continuesCodePoint(byte)) ++column;
+    for (;;) {
+        // Begins at a tab stop, so that its own length alone says how far the next one is.
+        const std::string_view part = line.substr(0, line.find('\t'));
+        expanded += part;
+        if (part.size() == line.size()) return expanded;
+        expanded.append(tabStop - text::characterCount(part) % tabStop, ' ');
+        line.remove_prefix(part.size() + 1);
     }
-    return expanded;
 }
 
 }  // namespace

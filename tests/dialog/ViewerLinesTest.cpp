@@ -27,6 +27,8 @@ TEST(ViewerLines, putTabsToTheNextMultipleOfEightColumns) {
     EXPECT_THAT(viewerLines("12345678\tx", all, all), ElementsAre("12345678        x"));
     EXPECT_THAT(viewerLines("\u00E9\u00E9\tx", all, all), ElementsAre("\u00E9\u00E9      x"))
         << "characters count, not bytes";
+    EXPECT_THAT(viewerLines("e\u0301e\u0301\tx", all, all), ElementsAre("e\u0301e\u0301      x"))
+        << "a combining mark takes no column";
 }
 
 TEST(ViewerLines, leaveOutACarriageReturnAtTheEndAndShowOneInside) {
