@@ -13,7 +13,7 @@ public:
     /// Absolute; "/" when the folder that the process was started in is gone.
     virtual std::string currentDirectoryPath() const = 0;
 
-    /// Absolute path of the user's home folder.
+    /// Absolute path of the user's home folder, without needless slashes.
     virtual std::string homeDirectory() const = 0;
 
     /// Home folder of the user with that login name, or nothing.

@@ -71,6 +71,14 @@ TEST(PosixProcessInfo, takesTheHomeFolderFromTheEnvironmentWhereItIsAbsolute) {
     EXPECT_EQ(process.homeDirectory(), "/home/some one");
 }
 
+TEST(PosixProcessInfo, spellsTheHomeFolderAsThePathsBelowItBegin) {
+    for (const auto& [spelling, expected] :
+         {std::pair{"/home/ann/", "/home/ann"}, {"//home//ann", "/home/ann"}, {"//", "/"}}) {
+        const ScopedEnvironment home("HOME", spelling);
+        EXPECT_EQ(process.homeDirectory(), expected);
+    }
+}
+
 TEST(PosixProcessInfo, takesTheHomeFolderFromTheUserDatabaseOtherwise) {
     const passwd* const user = ::getpwuid(::geteuid());
     if (user == nullptr) GTEST_SKIP() << "this user is not in the database";

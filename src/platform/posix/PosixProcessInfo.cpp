@@ -81,6 +81,10 @@ std::string joined(const std::vector<std::string_view>& components) {
     return path.empty() ? "/" : path;
 }
 
+std::string withoutNeedlessSlashes(std::string_view path) {
+    return joined(componentsOf(path, ParentSteps::kept));
+}
+
 bool namesTheSame(const std::string& path, const std::string& other) {
     struct stat status {
     }, otherStatus{};
@@ -103,10 +107,10 @@ std::string PosixProcessInfo::currentDirectoryPath() const {
 }
 
 std::string PosixProcessInfo::homeDirectory() const {
-    std::string home = environmentValue("HOME");
-    if (isAbsolute(home)) return home;
+    const std::string home = environmentValue("HOME");
+    if (isAbsolute(home)) return withoutNeedlessSlashes(home);
     const std::optional<User> user = thisUser();
-    return user && isAbsolute(user->home) ? user->home : "/";
+    return user && isAbsolute(user->home) ? withoutNeedlessSlashes(user->home) : "/";
 }
 
 std::optional<std::string> PosixProcessInfo::homeDirectoryOf(const std::string& userName) const {
@@ -127,7 +131,7 @@ std::string PosixProcessInfo::userName() const {
 std::string PosixProcessInfo::absolutePath(const std::string& path) const {
     if (path.empty()) return path;
     const std::string absolute = isAbsolute(path) ? path : currentDirectoryPath() + '/' + path;
-    std::string withParentSteps = joined(componentsOf(absolute, ParentSteps::kept));
+    std::string withParentSteps = withoutNeedlessSlashes(absolute);
     std::string direct = joined(componentsOf(absolute, ParentSteps::removed));
     if (direct == withParentSteps || namesTheSame(direct, withParentSteps)) return direct;
     const AllocatedText withoutLinks(::realpath(withParentSteps.c_str(), nullptr));
