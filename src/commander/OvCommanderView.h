@@ -49,9 +49,8 @@ public:
     OvPanelView& activePanel() const;
     OvPanelView& otherPanel() const;
     const std::vector<FnButton>& fnButtons() const { return fnButtons_; }
-    const std::string& promptText() const {
-        return promptText_;
-    }  ///< reserved; the line shows the active path
+    /// Reserved: the prompt line shows the active panel's folder.
+    const std::string& promptText() const { return promptText_; }
     const Font& retroFont() const { return retroFont_; }
     const Font& boldRetroFont() const { return boldRetroFont_; }
 

@@ -56,7 +56,7 @@ public:
     void setShowHiddenFiles(bool show);
 
     const ItemList& items() const { return items_; }
-    std::int64_t selectedIndex() const { return selectedIndex_; }
+    std::int64_t selectedIndex() const { return selectedIndex_; }  ///< outside the list when that is empty
     std::int64_t scrollOffset() const { return scrollOffset_; }
     std::int64_t spinnerFrame() const { return spinnerFrame_; }
     const Font& retroFont() const { return retroFont_; }

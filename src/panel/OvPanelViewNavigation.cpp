@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "panel/PanelGeometry.h"
 #include "platform/Paths.h"
 #include "text/Text.h"
 
@@ -10,9 +11,7 @@ namespace vantrel {
 namespace {
 
 constexpr std::int64_t wheelStep = 2;  // rows
-constexpr double fixedColumnsWidth =
-    245;                            // points from the first header zone after the name to the right edge
-constexpr double sizeZoneEnd = 85;  // points from the start of the fixed columns
+constexpr double sizeZoneEnd = 85;     // points from the start of the fixed columns
 constexpr double dateZoneEnd = 180;
 constexpr double listTop = OvPanelView::topBarHeight + OvPanelView::headerHeight;
 constexpr double barsHeight = listTop + OvPanelView::bottomBarHeight;
@@ -118,7 +117,7 @@ EventResult OvPanelView::mouseDown(const MouseEvent& event) {
 }
 
 void OvPanelView::clickHeader(double x) {
-    const double fixedColumns = bounds().width - fixedColumnsWidth;
+    const double fixedColumns = panel::Columns(bounds().width).start;
     SortField field = SortField::ext;
     if (x < fixedColumns) {
         field = SortField::name;
@@ -152,11 +151,9 @@ void OvPanelView::clickTitle(SortField field) {
 }
 
 EventResult OvPanelView::scrollWheel(const ScrollEvent& event) {
-    if (event.deltaY > 0) scrollOffset_ = std::max<std::int64_t>(0, scrollOffset_ - wheelStep);
-    if (event.deltaY < 0) {
-        const std::int64_t last = std::max<std::int64_t>(0, itemCount() - visibleRowCount());
-        scrollOffset_ = std::min(scrollOffset_ + wheelStep, last);
-    }
+    if (event.deltaY > 0) scrollOffset_ -= wheelStep;
+    if (event.deltaY < 0) scrollOffset_ += wheelStep;
+    clampScroll();
     setNeedsDisplay();
     return EventResult::handled;
 }

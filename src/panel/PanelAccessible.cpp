@@ -64,6 +64,10 @@ std::size_t PanelAccessible::columnCount() const {
     return Columns::count;
 }
 
+std::int64_t PanelAccessible::rowCount() const {
+    return static_cast<std::int64_t>(panel_.items().size());
+}
+
 std::size_t PanelAccessible::elementCount() const {
     return (panel_.items().size() + 1) * Columns::count;
 }
@@ -141,15 +145,14 @@ std::optional<std::size_t> PanelAccessible::elementAt(Point place) const {
     if (place.y < panel::rowsTop) return std::nullopt;
     const auto line = static_cast<std::int64_t>((place.y - panel::rowsTop) / OvPanelView::rowHeight);
     const std::int64_t row = line + panel_.scrollOffset();
-    if (line >= panel_.visibleRowCount() || rowOf(elementCount()) <= row) return std::nullopt;
+    if (line >= panel_.visibleRowCount() || row >= rowCount()) return std::nullopt;
     return elementOf(row, column);
 }
 
 std::vector<std::size_t> PanelAccessible::shownElements() const {
     std::vector<std::size_t> shown(Columns::count);
     std::iota(shown.begin(), shown.end(), std::size_t{0});
-    const std::int64_t rows = rowOf(elementCount());
-    const std::int64_t end = std::min(panel_.scrollOffset() + panel_.visibleRowCount(), rows);
+    const std::int64_t end = std::min(panel_.scrollOffset() + panel_.visibleRowCount(), rowCount());
     for (std::int64_t row = panel_.scrollOffset(); row < end; ++row) {
         for (std::size_t column = 0; column < Columns::count; ++column)
             shown.push_back(elementOf(row, column));

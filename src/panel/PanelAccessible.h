@@ -27,6 +27,7 @@ public:
     std::uint64_t revision() const override;
 
 private:
+    std::int64_t rowCount() const;
     AccessibleElement headerElement(std::size_t column) const;
     AccessibleElement cellElement(std::int64_t row, std::size_t column) const;
     std::string cellText(const FileItem& item, std::size_t column) const;
