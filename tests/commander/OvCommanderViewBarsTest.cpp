@@ -66,6 +66,10 @@ TEST_F(OvCommanderViewBars, inANarrowWindowTheMenuItemsRunUnderTheTitle) {
     EXPECT_EQ(canvas.theText("ptions").area.x, 256);
 }
 
+TEST_F(OvCommanderViewBars, whatIsMeasuredIsMeasuredInTheFontThatItIsDrawnIn) {
+    drawn().expectMeasuredAsDrawn();
+}
+
 TEST_F(OvCommanderViewBars, thePromptLineIsABlueBandAboveTheFunctionKeys) {
     const RecordingCanvas canvas = drawn();
     EXPECT_NE(canvas.orderOf(FillStroke{{0, 672, 1100, 22}, OvPalette::dosBlue}), -1);

@@ -141,6 +141,18 @@ TEST_F(OvCommanderViewOperations, cancellingChangesNothing) {
     EXPECT_THAT(desktop.files.listedFolders, IsEmpty());
 }
 
+TEST_F(OvCommanderViewOperations, theDialogIsGoneBeforeTheFileWorkBegins) {
+    desktop.files.onOperation = [this] {
+        EXPECT_EQ(commander->dialogOverlay(), nullptr);
+        EXPECT_EQ(commander->subviews().size(), 2U);
+    };
+    for (const Key key : {Key::f5, Key::f6, Key::f7, Key::f8}) {
+        press(key);
+        press(Key::returnKey);
+    }
+    EXPECT_EQ(desktop.files.operations.size(), 4U);
+}
+
 TEST_F(OvCommanderViewOperations, whatCountsIsTheSelectionAtTheTimeTheDialogWasOpened) {
     press(Key::f8);
     left().home();

@@ -218,6 +218,10 @@ TEST_F(DialogDrawing, paintsTheButtonsTwentySixHighWithTheirLabelsCentred) {
               test::Stroke(TextStroke{"Cancel", {576, 430.5, 48, 15}, bold, OvPalette::dosBrightWhite}));
 }
 
+TEST_F(DialogDrawing, measuresItsTextsInTheFontThatTheyAreDrawnIn) {
+    drawn(copy).expectMeasuredAsDrawn();
+}
+
 TEST_F(DialogDrawing, highlightsTheSelectedButtonOnly) {
     open(copy);
     press(Key::tab);

@@ -126,6 +126,10 @@ TEST_F(OvPanelViewDrawing, thePathsLengthIsCountedInCharactersAsPeopleSeeThem) {
     desktop.files.addFile(path, "x");
     panel->setCurrentPath(path);
     EXPECT_TRUE(drawn().hasText("╒══ " + path + " ══╕"));
+    std::string last42;
+    for (int i = 0; i < 42; ++i) last42 += "e\xCC\x81";
+    panel->setCurrentPath(path + "e\xCC\x81");
+    EXPECT_TRUE(drawn().hasText("╒══ ..." + last42 + " ══╕"));
 }
 
 TEST_F(OvPanelViewDrawing, inAVeryNarrowPanelTheTitleStartsAt10AndIsCutToTheWidthLess20) {
@@ -363,6 +367,11 @@ TEST_F(OvPanelViewDrawing, anEmptyListHasAnEmptyLeftStatusTextAndZeroItems) {
     const RecordingCanvas canvas = drawn();
     EXPECT_EQ(canvas.textAt({10, 625}), "");
     EXPECT_TRUE(canvas.hasText("0 items |    1.0 K free"));
+}
+
+TEST_F(OvPanelViewDrawing, whatIsMeasuredIsMeasuredInTheFontThatItIsDrawnIn) {
+    showOneOfEachKind();
+    drawn().expectMeasuredAsDrawn();
 }
 
 TEST_F(OvPanelViewDrawing, namesAreMadeHarmlessForDrawingOnly) {

@@ -200,6 +200,9 @@ TEST_F(OvPanelViewListing, togglingHiddenFilesPutsTheCursorBackOnTheFirstRealEnt
     panel->end();
     panel->setShowHiddenFiles(true);
     EXPECT_EQ(selectedName(), "alpha");
+    panel->end();
+    panel->setShowHiddenFiles(true);
+    EXPECT_EQ(selectedName(), "alpha") << "the same value is an assignment too";
 }
 
 TEST_F(OvPanelViewListing, everySubfolderIsAskedForInDisplayOrderAndIsCalculatingAtOnce) {
@@ -268,6 +271,15 @@ TEST_F(OvPanelViewListing, leavingAFolderCancelsTheWalksBelowIt) {
     panel->setCurrentPath("/e");
     EXPECT_TRUE(desktop.walks.walkOf("/d/sub").isCancelled());
     EXPECT_FALSE(desktop.walks.walkOf("/e/other").isCancelled());
+}
+
+TEST_F(OvPanelViewListing, enteringAFolderBelowCancelsBeforeItAsksForTheNewSizes) {
+    desktop.files.addFolder("/d", "sub");
+    desktop.files.addFolder("/d/sub", "inner");
+    panel->setCurrentPath("/d");
+    panel->setCurrentPath("/d/sub");
+    EXPECT_TRUE(desktop.walks.walkOf("/d/sub").isCancelled());
+    EXPECT_FALSE(desktop.walks.walkOf("/d/sub/inner").isCancelled());
 }
 
 TEST_F(OvPanelViewListing, aReloadOfTheSameFolderReplacesItsWalksOneByOne) {

@@ -28,6 +28,14 @@ TEST_F(OvPanelViewMouse, everyMouseDownFirstTellsTheDelegate) {
     EXPECT_THAT(delegate->calls, ElementsAre("select", "select", "select", "select"));
 }
 
+TEST_F(OvPanelViewMouse, theDelegateHearsOfAMouseDownBeforeAnythingElseHappens) {
+    showNumberedFiles(3);
+    delegate->calls.clear();
+    click(20, 48 + 2 * 20, 2);
+    EXPECT_THAT(delegate->calls, ElementsAre("select", "activate /d/f001"));
+    EXPECT_EQ(delegate->cursorAtSelect, 1) << "the row is selected afterwards";
+}
+
 TEST_F(OvPanelViewMouse, aClickSelectsTheRowUnderIt) {
     showNumberedFiles(5);
     click(20, 48);

@@ -59,24 +59,26 @@ std::optional<VolumeCapacity> FakeFileManager::volumeCapacity(const std::string&
     return capacity;
 }
 
-std::error_code FakeFileManager::copyItem(const std::string& from, const std::string& to) {
-    operations.push_back("copy " + from + " to " + to);
+std::error_code FakeFileManager::carryOut(const std::string& operation) {
+    operations.push_back(operation);
+    if (onOperation) onOperation();
     return operationError;
+}
+
+std::error_code FakeFileManager::copyItem(const std::string& from, const std::string& to) {
+    return carryOut("copy " + from + " to " + to);
 }
 
 std::error_code FakeFileManager::moveItem(const std::string& from, const std::string& to) {
-    operations.push_back("move " + from + " to " + to);
-    return operationError;
+    return carryOut("move " + from + " to " + to);
 }
 
 std::error_code FakeFileManager::createDirectory(const std::string& path) {
-    operations.push_back("make " + path);
-    return operationError;
+    return carryOut("make " + path);
 }
 
 std::error_code FakeFileManager::trashItem(const std::string& path) {
-    operations.push_back("trash " + path);
-    return operationError;
+    return carryOut("trash " + path);
 }
 
 Result<std::string> FakeFileManager::readPrefix(const std::string& path, std::size_t limit) {

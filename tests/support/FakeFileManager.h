@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -38,9 +39,12 @@ public:
     /// The changes that were asked for, in order, such as "copy /a to /b"; the listing stays as it is.
     std::vector<std::string> operations;
     std::error_code operationError;               ///< what each of them answers
+    std::function<void()> onOperation;            ///< called by each of them, where it is set
     std::map<std::string, std::string> contents;  ///< of files, by path; others cannot be read
 
 private:
+    std::error_code carryOut(const std::string& operation);
+
     std::map<std::string, std::vector<DirectoryEntry>> folders_;
     std::map<std::string, bool> unreadable_;
 };

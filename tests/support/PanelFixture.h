@@ -17,7 +17,10 @@ namespace vantrel::test {
 /// Keeps the callbacks of a panel as lines of text.
 class RecordingPanelDelegate final : public OvPanelViewDelegate {
 public:
-    void panelDidSelect(OvPanelView&) override { calls.push_back("select"); }
+    void panelDidSelect(OvPanelView& panel) override {
+        calls.push_back("select");
+        cursorAtSelect = panel.selectedIndex();
+    }
     void panelDidActivateItem(OvPanelView&, const FileItem& item) override {
         calls.push_back("activate " + item.path);
     }
@@ -28,6 +31,7 @@ public:
 
     std::vector<std::string> calls;
     std::size_t rowsAtPathChange = 0;
+    std::int64_t cursorAtSelect = -1;
 };
 
 /// Where the cursor stands, and how far the list is scrolled.

@@ -43,7 +43,8 @@ void RecordingCanvas::text(std::string_view utf8, const Rect& area, const Font& 
     strokes.emplace_back(TextStroke{std::string(utf8), inWindow(area), font, color});
 }
 
-Size RecordingCanvas::textSize(std::string_view utf8, const Font&) const {
+Size RecordingCanvas::textSize(std::string_view utf8, const Font& font) const {
+    measured_.push_back({std::string(utf8), font});
     const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
     return {advance * static_cast<double>(std::ranges::count_if(utf8, isFirstByte)), lineHeight};
 }
@@ -81,6 +82,17 @@ std::string RecordingCanvas::textAt(Point corner) const {
 int RecordingCanvas::orderOf(const Stroke& stroke) const {
     const auto place = std::ranges::find(strokes, stroke);
     return place == strokes.end() ? -1 : static_cast<int>(place - strokes.begin());
+}
+
+void RecordingCanvas::expectMeasuredAsDrawn() const {
+    EXPECT_FALSE(measured_.empty());
+    const std::vector<TextStroke> drawn = all<TextStroke>();
+    for (const MeasuredText& text : measured_) {
+        EXPECT_TRUE(std::ranges::any_of(
+            drawn,
+            [&](const TextStroke& stroke) { return stroke.text == text.text && stroke.font == text.font; }))
+            << text.text << " is not drawn in the font that it was measured in";
+    }
 }
 
 void PrintTo(const FillStroke& stroke, std::ostream* out) {

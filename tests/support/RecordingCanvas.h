@@ -71,14 +71,22 @@ public:
     std::string textAt(Point corner) const;
     /// Position of a stroke in the order of painting, -1 when it is not there.
     int orderOf(const Stroke& stroke) const;
+    /// Every text that was measured was also drawn, in the same font.
+    void expectMeasuredAsDrawn() const;
 
     std::vector<Stroke> strokes;
 
 private:
+    struct MeasuredText {
+        std::string text;
+        Font font;
+    };
+
     Point origin() const { return origins_.empty() ? Point{} : origins_.back(); }
     Rect inWindow(const Rect& area) const { return area.movedBy(origin().x, origin().y); }
 
     std::vector<Point> origins_;
+    mutable std::vector<MeasuredText> measured_;
 };
 
 void PrintTo(const FillStroke& stroke, std::ostream* out);
