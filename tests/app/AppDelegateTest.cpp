@@ -117,6 +117,12 @@ TEST_F(AppDelegateTest, existenceIsEnoughSoAPlainFilePassesAndListsAsUnreadable)
     EXPECT_THAT(desktop.output.lines[0], testing::StartsWith("Error reading directory /data/x: "));
 }
 
+TEST_F(AppDelegateTest, aCommandBeforeTheLaunchStopsTheProgram) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    delegate.emplace(desktop.ports(), *desktop.engine, std::vector<std::string>{"vantrel"});
+    EXPECT_DEATH(delegate->refreshPanels(), "before the launch");
+}
+
 TEST_F(AppDelegateTest, closingTheWindowEndsTheProgram) {
     launched({});
     EXPECT_TRUE(desktop.application.window->shouldClose());

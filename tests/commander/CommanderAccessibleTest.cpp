@@ -42,6 +42,8 @@ TEST_F(CommanderAccessibleTest, pressingACellRunsItsCommand) {
     EXPECT_EQ(desktop.application.terminations, 1);
     bars().press(0);
     EXPECT_EQ(desktop.application.terminations, 1) << "the prompt line is no button";
+    bars().press(1);
+    EXPECT_TRUE(std::holds_alternative<dialog::Help>(commander->dialogOverlay()->dialogType()));
 }
 
 TEST_F(CommanderAccessibleTest, thePanelsAreKnownByTheirSide) {

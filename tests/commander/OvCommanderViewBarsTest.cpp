@@ -113,8 +113,10 @@ TEST_F(OvCommanderViewBars, theNumberBoxOfTwoDigitsIs22PointsWide) {
 }
 
 TEST_F(OvCommanderViewBars, cellsWithoutAWidthAreNotDrawn) {
-    commander->setFrame({0, 0, 40, 500});
-    EXPECT_FALSE(drawn().hasText("Help"));
+    for (const double width : {50.0, 40.0}) {  // cells of no width, and of less than none
+        commander->setFrame({0, 0, width, 500});
+        EXPECT_FALSE(drawn().hasText("Help"));
+    }
 }
 
 TEST_F(OvCommanderViewBars, thePanelsAreDrawnOnTopInTheirOwnAreas) {

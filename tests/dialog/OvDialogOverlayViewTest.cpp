@@ -132,6 +132,17 @@ TEST_F(DialogModel, theFieldIsPlacedInTheWindowAlsoWhereTheOverlayIsNot) {
     EXPECT_EQ(field().frame, (Rect{310, 375, 500, 26}));
 }
 
+TEST_F(DialogModel, theFieldIsPlacedAnewOnceTheOverlayIsInTheWindow) {
+    root = std::make_shared<View>(Rect{0, 0, 1200, 800});
+    const auto content = std::make_shared<View>(Rect{10, 20, 1100, 720});
+    root->addSubview(content);
+    overlay = OvDialogOverlayView::make(content->bounds(), ports);
+    overlay->setDialogType(copy);
+    content->addSubview(overlay);
+    desktop.mainQueue.runAll();
+    EXPECT_EQ(field().frame, (Rect{310, 375, 500, 26}));
+}
+
 TEST_F(DialogModel, theFieldTakesTheKeyboardWithAllItsTextSelectedAfterTheCurrentEvent) {
     open(mkdir);
     EXPECT_FALSE(field().isFocused);

@@ -6,6 +6,7 @@
 namespace vantrel {
 namespace {
 
+using test::Cursor;
 using test::fileEntry;
 using test::folderEntry;
 using testing::ElementsAre;
@@ -192,6 +193,19 @@ TEST_F(OvPanelViewListing, theNameToKeepMayBeTheParentRow) {
     panel->setCurrentPath("/d");
     panel->loadDirectory("..");
     EXPECT_EQ(panel->selectedIndex(), 0);
+}
+
+TEST_F(OvPanelViewListing, aLoadScrollsToTheCursorAndAsksForARedraw) {
+    setRows(5);
+    showNumberedFiles(30);
+    host.redraws = 0;
+    panel->loadDirectory("f020");
+    EXPECT_EQ(cursor(), (Cursor{21, 17}));
+    EXPECT_GT(host.redraws, 0);
+    desktop.files.clear("/d");
+    addNumberedFiles(6);
+    panel->loadDirectory("f005");
+    EXPECT_EQ(cursor(), (Cursor{6, 2})) << "a shorter list is not scrolled beyond its end";
 }
 
 TEST_F(OvPanelViewListing, togglingHiddenFilesPutsTheCursorBackOnTheFirstRealEntry) {

@@ -38,7 +38,9 @@ TEST_F(OvPanelViewMouse, theDelegateHearsOfAMouseDownBeforeAnythingElseHappens) 
 
 TEST_F(OvPanelViewMouse, aClickSelectsTheRowUnderIt) {
     showNumberedFiles(5);
+    host.redraws = 0;
     click(20, 48);
+    EXPECT_EQ(host.redraws, 1);
     EXPECT_EQ(panel->selectedIndex(), 0);
     click(20, 67.9);
     EXPECT_EQ(panel->selectedIndex(), 0);
