@@ -180,6 +180,8 @@ TEST_F(PanelAccessibleTest, pressingACellOpensIt) {
     EXPECT_EQ(delegate->calls.back(), "activate /d/a.txt");
     table().press(elementOf(1));
     EXPECT_EQ(panel->currentPath(), "/d/docs");
+    table().press(elementOf(0));
+    EXPECT_EQ(panel->currentPath(), "/d");
 }
 
 TEST_F(PanelAccessibleTest, pressingATitleSortsAsAClickOnItDoes) {

@@ -25,6 +25,7 @@ TEST(Paths, deletingTheLastComponentGivesTheParentAndTheRootStaysTheRoot) {
 TEST(Paths, appendingPutsExactlyOneSlashBetween) {
     EXPECT_EQ(appending("/a", "b"), "/a/b");
     EXPECT_EQ(appending("/a/", "b"), "/a/b");
+    EXPECT_EQ(appending("/a//", "b"), "/a/b");
     EXPECT_EQ(appending("/", "b"), "/b");
     EXPECT_EQ(appending("", "b"), "b");
     EXPECT_EQ(appending("/a", "/b"), "/a/b");

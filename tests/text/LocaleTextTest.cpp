@@ -2,6 +2,9 @@
 
 #include <clocale>
 #include <limits>
+#include <memory>
+
+#include <unicode/timezone.h>
 
 #include "support/ScopedEnvironment.h"
 #include "text/Text.h"
@@ -119,6 +122,25 @@ TEST(FormattedDate, isWrittenInTheUsersLanguage) {
     EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "julio");
     const ScopedEnvironment plain("LC_ALL", "C");
     EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "July");
+}
+
+TEST(FormattedDate, isWrittenInTheScriptThatTheModifierNames) {
+    const ScopedEnvironment zone("TZ", "UTC");
+    const ScopedLocale plain("C");
+    const ScopedEnvironment cyrillic("LC_TIME", "sr_RS.UTF-8");
+    EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "\u0458\u0443\u043B");
+    const ScopedEnvironment latin("LC_TIME", "sr_RS.UTF-8@latin");
+    EXPECT_EQ(formattedDate(moment(julyNoon), "MMMM"), "jul");
+}
+
+TEST(FormattedDate, doesNotDependOnTheTimeZoneThatIcuIsSetTo) {
+    const ScopedEnvironment zone("TZ", "UTC");
+    const ScopedLocale english("en_US.UTF-8");
+    const std::unique_ptr<icu::TimeZone> before(icu::TimeZone::createDefault());
+    icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("Asia/Tokyo"));
+    EXPECT_EQ(formattedDate(moment(julyNoon), "HH 'hours'"), "12 hours")
+        << "a pattern that is used here first";
+    icu::TimeZone::setDefault(*before);
 }
 
 TEST(LocaleText, eachCategoryCountsAloneWhereNothingElseIsSet) {

@@ -115,6 +115,19 @@ TEST(NaturalSortKey, differsForDifferentNamesThatTheLanguageDoesNotTellApart) {
     EXPECT_EQ(naturalSortKey("same"), naturalSortKey("same"));
 }
 
+TEST(NaturalSortKey, doesNotTellTheSpellingsOfOneCharacterApart) {
+    const ScopedLocale english("en_US.UTF-8");
+    const std::string dotThenHat = "a\u0323\u0302";
+    const std::string hatThenDot = "a\u0302\u0323";
+    expectKeptOrder({dotThenHat + "x", hatThenDot + "X"});
+    expectKeptOrder({hatThenDot + "x", dotThenHat + "X"});
+}
+
+TEST(NaturalSortKey, countsBlanksAndSignsWhereTheLanguagePassesOverThem) {
+    const ScopedLocale thai("th_TH.UTF-8");
+    expectKeptOrder({"a b", "a.txt", "a1", "aa"});
+}
+
 TEST(NaturalSortKey, isWholeForNamesOfAnyLength) {
     const ScopedLocale english("en_US.UTF-8");
     const std::string start(5000, 'x');

@@ -38,6 +38,8 @@ TEST(ShownText, replacesEveryControlCharacter) {
 TEST(ShownText, replacesBrokenSequencesAndCharactersThatWouldMoveTheirSurroundings) {
     EXPECT_EQ(shownText("caf\xE9"), "caf\uFFFD");
     EXPECT_EQ(shownText("a\xC2\x85z"), "a\uFFFDz") << "a C1 control";
+    EXPECT_EQ(shownText("a\xC2\x9Fz"), "a\uFFFDz") << "the last C1 control";
+    EXPECT_EQ(shownText("a\u00A0z"), "a\u00A0z") << "a no-break space is none";
     EXPECT_EQ(shownText("a\u2028z"), "a\uFFFDz") << "a line separator";
     EXPECT_EQ(shownText("a\u2029z"), "a\uFFFDz") << "a paragraph separator";
     EXPECT_EQ(shownText("gpj.\u202Eexe"), "gpj.\uFFFDexe") << "an override";
