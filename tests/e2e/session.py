@@ -125,7 +125,8 @@ class Session:
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
         self.spawn(
             ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp"]
-            + ["-nocursor", "-fbdir", self.folder],
+            # It would begin anew, and refuse programs meanwhile, whenever the last one leaves.
+            + ["-noreset", "-nocursor", "-fbdir", self.folder],
             pass_fds=[write],
             **quiet,
         )
