@@ -61,9 +61,12 @@ QtPreviewWindow& QtPreviewPanel::windowToShow() {
         window_ = new QtPreviewWindow(owner);
         window_->setKeyHandler(
             [this](const KeyEvent& key, QtPreviewWindow::KeyRepeat repeat) { takeKey(key, repeat); });
-        window_->setHideHandler([this] { forget(); });
+        window_->setHideHandler([this] {
+            forget();
+            window_->showNothing();
+        });
         // It may also go with the application's window.
-        connect(window_, &QObject::destroyed, this, [this] { forget(); });
+        connect(window_, &QObject::destroyed, this, &QtPreviewPanel::forget);
         if (owner != nullptr) {
             QRect place(QPoint(), window_->size());
             place.moveCenter(owner->geometry().center());
@@ -142,7 +145,6 @@ void QtPreviewPanel::forget() {
     jobs_.cancel();
     item_.reset();
     content_.reset();
-    if (window_) window_->showNothing();
 }
 
 }  // namespace vantrel
