@@ -20,14 +20,14 @@ packages_to_test=(
     qt6-wayland sway grim wtype i3-wm
 )
 
-# For ./test --long, besides those.
+# For ./test --long, tools/tidy among it, besides those.
 packages_for_long_tests=(
-    clang libclang-rt-14-dev bubblewrap
+    clang libclang-rt-14-dev bubblewrap clang-tidy-14
 )
 
-# For tools/tidy and tools/pictures, besides those.
+# For tools/pictures, besides those.
 packages_to_contribute=(
-    clang-tidy-14 imagemagick
+    imagemagick
 )
 
 log=$root/build/log.txt
