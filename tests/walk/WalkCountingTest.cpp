@@ -12,9 +12,6 @@
 namespace vantrel::test {
 namespace {
 
-using walking::Entry;
-using walking::EntryKind;
-
 const std::string tenThousandBytes(10'000, 'x');
 
 class WalkCounting : public EveryReader {};
