@@ -1,6 +1,7 @@
 #include "model/VantrelEngine.h"
 
 #include <utility>
+#include <vector>
 
 #include "platform/Precondition.h"
 
@@ -9,38 +10,34 @@ namespace vantrel {
 // Carries the reports of one walk to the main queue. Lives on the threads that walk.
 class VantrelEngine::Reporter final : public WalkObserver {
 public:
-    Reporter(std::weak_ptr<VantrelEngine> engine, std::string path, OnUpdate onUpdate,
-             std::shared_ptr<WorkItem> item)
-        : engine_(std::move(engine)),
-          path_(std::move(path)),
-          onUpdate_(std::make_shared<const OnUpdate>(std::move(onUpdate))),
-          item_(std::move(item)) {}
+    Reporter(std::weak_ptr<VantrelEngine> engine, std::string path, std::shared_ptr<WorkItem> item)
+        : engine_(std::move(engine)), path_(std::move(path)), item_(std::move(item)) {}
 
     void walkDidProgress(WalkTotals soFar) override {
-        if (item_->cancellation.isCancelled()) return;
-        if (const auto engine = engine_.lock()) post(*engine, soFar, false);
+        if (const auto engine = engine_.lock()) post(*engine, engine->onUpdateOf(*item_), soFar, false);
     }
 
     void walkDidEnd(WalkOutcome outcome, WalkTotals totals) override {
         const auto engine = engine_.lock();
         if (!engine || outcome == WalkOutcome::cancelled) return;
         if (outcome == WalkOutcome::finished) {
-            if (engine->storeResult(path_, *item_, totals)) post(*engine, totals, true);
-        } else if (engine->markEnded(*item_)) {
-            post(*engine, {}, true);
+            post(*engine, engine->storeResult(path_, *item_, totals), totals, true);
+        } else {
+            post(*engine, engine->markEnded(*item_), {}, true);
         }
     }
 
 private:
-    void post(VantrelEngine& engine, WalkTotals totals, bool isComplete) const {
-        engine.mainQueue_.post([onUpdate = onUpdate_, totals, isComplete] {
+    // Without `onUpdate` the walk has been cancelled.
+    static void post(VantrelEngine& engine, SharedOnUpdate onUpdate, WalkTotals totals, bool isComplete) {
+        if (!onUpdate) return;
+        engine.mainQueue_.post([onUpdate = std::move(onUpdate), totals, isComplete] {
             (*onUpdate)(totals.bytes, totals.items, isComplete);
         });
     }
 
     std::weak_ptr<VantrelEngine> engine_;
     std::string path_;
-    std::shared_ptr<const OnUpdate> onUpdate_;
     std::shared_ptr<WorkItem> item_;
 };
 
@@ -85,38 +82,52 @@ void VantrelEngine::calculateVantrel(const std::string& path, OnUpdate onUpdate)
         });
         return;
     }
-    const std::shared_ptr<WorkItem> item = registerWorkItem(path);
+    const std::shared_ptr<WorkItem> item = registerWorkItem(path, std::move(onUpdate));
     calculationQueue_.submit(path, std::shared_ptr<const CancellationFlag>(item, &item->cancellation),
-                             std::make_unique<Reporter>(weak_from_this(), path, std::move(onUpdate), item));
+                             std::make_unique<Reporter>(weak_from_this(), path, item));
 }
 
-std::shared_ptr<VantrelEngine::WorkItem> VantrelEngine::registerWorkItem(const std::string& path) {
+std::shared_ptr<VantrelEngine::WorkItem> VantrelEngine::registerWorkItem(const std::string& path,
+                                                                         OnUpdate onUpdate) {
     auto item = std::make_shared<WorkItem>();
-    tables_.with([&](Tables& tables) {
+    item->onUpdate = std::make_shared<const OnUpdate>(std::move(onUpdate));
+    const SharedOnUpdate silenced = tables_.with([&](Tables& tables) {
         std::shared_ptr<WorkItem>& place = tables.activeWorkItems[path];
-        if (place) place->cancellation.cancel();
+        SharedOnUpdate replaced = place ? cancel(*place) : nullptr;
         place = item;
+        return replaced;
     });
     return item;
 }
 
-// Whether the walk was still wanted. The flag is looked at under the lock that every canceller holds, so a
-// cancelled walk stores nothing in any race.
-bool VantrelEngine::storeResult(const std::string& path, const WorkItem& item, WalkTotals totals) {
+// Answers what the walk will not call any more. The caller lets go of it without the lock, since whatever a
+// callback holds may call the engine when it is destroyed.
+VantrelEngine::SharedOnUpdate VantrelEngine::cancel(WorkItem& item) {
+    item.cancellation.cancel();
+    return std::exchange(item.onUpdate, nullptr);
+}
+
+VantrelEngine::SharedOnUpdate VantrelEngine::onUpdateOf(const WorkItem& item) const {
+    return tables_.with([&](const Tables&) { return item.onUpdate; });
+}
+
+// Answers whom to report to, nobody when the walk is not wanted any more. That is looked at under the lock
+// that every canceller holds, so a cancelled walk stores nothing in any race.
+VantrelEngine::SharedOnUpdate VantrelEngine::storeResult(const std::string& path, WorkItem& item,
+                                                         WalkTotals totals) {
     const Seconds now = clock_.now();
-    return tables_.with([&](Tables& tables) {
-        if (item.cancellation.isCancelled()) return false;
+    return tables_.with([&](Tables& tables) -> SharedOnUpdate {
+        if (item.cancellation.isCancelled()) return nullptr;
         tables.cache[path] = {totals, now};
         tables.activeWorkItems.erase(path);
-        return true;
+        return std::exchange(item.onUpdate, nullptr);
     });
 }
 
-bool VantrelEngine::markEnded(WorkItem& item) {
+VantrelEngine::SharedOnUpdate VantrelEngine::markEnded(WorkItem& item) {
     return tables_.with([&](Tables&) {
-        if (item.cancellation.isCancelled()) return false;
         item.stage = WalkStage::ended;
-        return true;
+        return std::exchange(item.onUpdate, nullptr);
     });
 }
 
@@ -138,28 +149,31 @@ bool VantrelEngine::isCalculating(const std::string& path) const {
 }
 
 void VantrelEngine::cancelFor(const std::string& path) {
-    tables_.with([&](Tables& tables) {
+    const SharedOnUpdate silenced = tables_.with([&](Tables& tables) -> SharedOnUpdate {
         const auto found = tables.activeWorkItems.find(path);
-        if (found == tables.activeWorkItems.end()) return;
-        found->second->cancellation.cancel();
+        if (found == tables.activeWorkItems.end()) return nullptr;
+        SharedOnUpdate cancelled = cancel(*found->second);
         tables.activeWorkItems.erase(found);
+        return cancelled;
     });
 }
 
 void VantrelEngine::cancelForPrefix(std::string_view prefix) {
     if (prefix.empty()) return;
+    std::vector<SharedOnUpdate> silenced;
     tables_.with([&](Tables& tables) {
         std::erase_if(tables.activeWorkItems, [&](const auto& entry) {
             if (!entry.first.starts_with(prefix)) return false;
-            entry.second->cancellation.cancel();
+            silenced.push_back(cancel(*entry.second));
             return true;
         });
     });
 }
 
 void VantrelEngine::cancelAll() {
-    tables_.with([](Tables& tables) {
-        for (const auto& [path, item] : tables.activeWorkItems) item->cancellation.cancel();
+    std::vector<SharedOnUpdate> silenced;
+    tables_.with([&](Tables& tables) {
+        for (const auto& [path, item] : tables.activeWorkItems) silenced.push_back(cancel(*item));
         tables.activeWorkItems.clear();
     });
 }

@@ -34,8 +34,9 @@ struct VantrelEngineServices {
 /// Threads: any thread may call any operation; `onUpdate` runs later on the main queue, never inside a call.
 /// Units: bytes allocated on disk and entries, without folders and symbolic links.
 /// Errors: none are reported; what cannot be read is left out, a folder that cannot be opened is 0 and 0.
-/// Lifetime: the engine keeps `onUpdate` until the walk has ended, so capture views weakly. A walk holds the
-/// engine weakly until it reports.
+/// Lifetime: the engine keeps `onUpdate` for as long as it may still be called: it is destroyed after the
+/// final report has been made, or as soon as the walk is cancelled and what it reported before has been
+/// served. So capture views weakly. A walk holds the engine weakly until it reports.
 class VantrelEngine : public std::enable_shared_from_this<VantrelEngine> {
 public:
     using OnUpdate = std::function<void(std::int64_t bytes, std::int64_t itemsCount, bool isComplete)>;
@@ -85,11 +86,15 @@ private:
         Seconds timestamp;
     };
 
+    using SharedOnUpdate = std::shared_ptr<const OnUpdate>;
+
     enum class WalkStage : std::uint8_t { inFlight, ended };
 
     struct WorkItem {
         CancellationFlag cancellation;
-        WalkStage stage = WalkStage::inFlight;  // guarded like the table that holds the item
+        // Both guarded like the table that holds the item.
+        WalkStage stage = WalkStage::inFlight;
+        SharedOnUpdate onUpdate;  // none once the walk is cancelled
     };
 
     struct Tables {
@@ -100,9 +105,11 @@ private:
     class Reporter;
 
     explicit VantrelEngine(const VantrelEngineServices& services);
-    std::shared_ptr<WorkItem> registerWorkItem(const std::string& path);
-    bool storeResult(const std::string& path, const WorkItem& item, WalkTotals totals);
-    bool markEnded(WorkItem& item);
+    std::shared_ptr<WorkItem> registerWorkItem(const std::string& path, OnUpdate onUpdate);
+    SharedOnUpdate onUpdateOf(const WorkItem& item) const;
+    SharedOnUpdate storeResult(const std::string& path, WorkItem& item, WalkTotals totals);
+    SharedOnUpdate markEnded(WorkItem& item);
+    static SharedOnUpdate cancel(WorkItem& item);
 
     WalkQueue& calculationQueue_;
     MainQueue& mainQueue_;

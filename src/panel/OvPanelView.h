@@ -111,7 +111,12 @@ private:
     ItemList readDirectory();
     void selectAfterLoading(const std::optional<std::string>& keepSelection);
     void requestSizes();
-    void requestSize(const std::shared_ptr<FileItem>& item);
+    /// A folder's row whose final report is still to come.
+    struct AwaitedSize {
+        std::shared_ptr<FileItem> item;
+        std::weak_ptr<const void> request;  ///< gone when it can bring no report any more
+    };
+    void requestSize(AwaitedSize& awaited);
     void sizeDidUpdate(FileItem& item, VantrelState state);
     void sortAfterTotal();
     void orderDidChange();
@@ -151,8 +156,8 @@ private:
     PanelAccessible accessible_{*this};
     std::unique_ptr<Timer> spinnerTimer_;
 
-    /// The rows that were still calculating when last looked at, so that a tick need not search every row.
-    ItemList awaitedItems_;
+    /// Of the rows that were still calculating when last looked at, so that a tick need not search every row.
+    std::vector<AwaitedSize> awaitedSizes_;
 };
 
 }  // namespace vantrel

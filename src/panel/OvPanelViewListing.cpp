@@ -79,31 +79,33 @@ void OvPanelView::selectAfterLoading(const std::optional<std::string>& keepSelec
 }
 
 void OvPanelView::requestSizes() {
-    awaitedItems_.clear();
-    std::ranges::copy_if(items_, std::back_inserter(awaitedItems_),
-                         [](const auto& item) { return item->isDirectory && !item->isParentDir; });
-    for (const auto& item : awaitedItems_) {
-        item->vantrelState = state::Calculating{};
-        requestSize(item);
+    awaitedSizes_.clear();
+    for (const auto& item : items_) {
+        if (item->isDirectory && !item->isParentDir) awaitedSizes_.push_back({item, {}});
+    }
+    for (AwaitedSize& awaited : awaitedSizes_) {
+        awaited.item->vantrelState = state::Calculating{};
+        requestSize(awaited);
     }
 }
 
-void OvPanelView::requestSize(const std::shared_ptr<FileItem>& item) {
-    const auto onUpdate = [weakPanel = weak_from_this(), weakItem = std::weak_ptr(item)](
-                              std::int64_t bytes, std::int64_t itemsCount, bool isComplete) {
-        const auto panel = weakPanel.lock();
-        const auto row = weakItem.lock();
-        if (!panel || !row) return;
-        const VantrelState state = isComplete ? VantrelState(state::Calculated{bytes, itemsCount})
-                                              : VantrelState(state::Calculating{bytes, itemsCount});
-        static_cast<OvPanelView&>(*panel).sizeDidUpdate(*row, state);
-    };
-    engine_.calculateVantrel(item->path, onUpdate);
+// The callback owns the request, so the request is gone with the last report that can come of it.
+void OvPanelView::requestSize(AwaitedSize& awaited) {
+    const auto request = std::make_shared<const std::weak_ptr<FileItem>>(awaited.item);
+    awaited.request = request;
+    engine_.calculateVantrel(
+        awaited.item->path, [weakPanel = weak_from_this(), request](
+                                std::int64_t bytes, std::int64_t itemsCount, bool isComplete) {
+            const auto panel = weakPanel.lock();
+            const auto row = request->lock();
+            if (!panel || !row) return;
+            const VantrelState state = isComplete ? VantrelState(state::Calculated{bytes, itemsCount})
+                                                  : VantrelState(state::Calculating{bytes, itemsCount});
+            static_cast<OvPanelView&>(*panel).sizeDidUpdate(*row, state);
+        });
 }
 
 void OvPanelView::sizeDidUpdate(FileItem& item, VantrelState state) {
-    // A row that was asked for again just before its total arrived hears of the second walk too.
-    if (isCalculated(item.vantrelState) && isCalculating(state)) return;
     item.vantrelState = std::move(state);
     changedSinceSort_.add(item);
     if (isCalculated(item.vantrelState) && sortField_ == SortField::size) sortAfterTotal();
@@ -111,16 +113,19 @@ void OvPanelView::sizeDidUpdate(FileItem& item, VantrelState state) {
 }
 
 bool OvPanelView::isCalculatingSizes() const {
-    return std::ranges::any_of(awaitedItems_,
-                               [](const auto& item) { return isCalculating(item->vantrelState); });
+    return std::ranges::any_of(
+        awaitedSizes_, [](const AwaitedSize& awaited) { return isCalculating(awaited.item->vantrelState); });
 }
 
 // A walk that the other panel replaced or cancelled reports nothing any more, and its rows here would spin
-// for ever. What it would have reported is asked for anew, or comes from the cache.
+// for ever. What it would have reported is asked for anew, or comes from the cache. A report that only waits
+// its turn in the main queue is none that is missing.
 void OvPanelView::askAgainForSilencedSizes() {
-    std::erase_if(awaitedItems_, [](const auto& item) { return !isCalculating(item->vantrelState); });
-    for (const auto& item : awaitedItems_) {
-        if (!engine_.isCalculating(item->path)) requestSize(item);
+    std::erase_if(awaitedSizes_,
+                  [](const AwaitedSize& awaited) { return !isCalculating(awaited.item->vantrelState); });
+    for (AwaitedSize& awaited : awaitedSizes_) {
+        // While the other panel has a walk of this folder under way, asking would only replace that one.
+        if (awaited.request.expired() && !engine_.isCalculating(awaited.item->path)) requestSize(awaited);
     }
 }
 

@@ -67,17 +67,76 @@ TEST_F(OvPanelViewSpinner, aRowWhoseWalkTheOtherPanelReplacedEndsInTheSameTotal)
     EXPECT_EQ(desktop.walks.walks.size(), 2U) << "the total came from the cache";
 }
 
-TEST_F(OvPanelViewSpinner, aRowThatHasItsTotalIsNotSetBackByAWalkThatItWasAskedForMeanwhile) {
+TEST_F(OvPanelViewSpinner, aRowWhoseFinalReportWaitsInTheMainQueueIsNotAskedForAgain) {
     desktop.files.addFolder("/d", "sub");
     panel->setCurrentPath("/d");
-    desktop.walks.walks[0].finish({70, 7});  // reported, but not served yet
-    desktop.clock.advance(301);              // and no longer believed
-    desktop.timers.tickAll();
-    ASSERT_EQ(desktop.walks.walks.size(), 2U);
-    desktop.walks.walks[1].progress({10, 1});
+    desktop.walks.walks[0].finish({70, 7});
+    desktop.clock.advance(301);  // the cache would not answer any more
+    for (int i = 0; i < 3; ++i) desktop.timers.tickAll();
+    EXPECT_EQ(desktop.walks.walks.size(), 1U);
+    EXPECT_EQ(desktop.mainQueue.size(), 1U);
     desktop.mainQueue.runAll();
     EXPECT_EQ(item("sub")->vantrelState, VantrelState(state::Calculated{70, 7}));
     EXPECT_FALSE(panel->isCalculatingSizes());
+}
+
+TEST_F(OvPanelViewSpinner, theReportOfAFolderThatCouldNotBeOpenedIsAwaitedLikeAnyOther) {
+    desktop.files.addFolder("/d", "sub");
+    panel->setCurrentPath("/d");
+    desktop.walks.walks[0].failToOpenRoot();
+    for (int i = 0; i < 3; ++i) desktop.timers.tickAll();
+    EXPECT_EQ(desktop.walks.walks.size(), 1U);
+    EXPECT_EQ(desktop.mainQueue.size(), 1U);
+}
+
+TEST_F(OvPanelViewSpinner, aReportFromTheCacheThatWaitsInTheMainQueueIsNotAskedForAgain) {
+    desktop.files.addFolder("/d", "sub");
+    panel->setCurrentPath("/d");
+    finishWalk("/d/sub", 70);
+    panel->loadDirectory();
+    for (int i = 0; i < 3; ++i) desktop.timers.tickAll();
+    EXPECT_EQ(desktop.mainQueue.size(), 1U);
+}
+
+TEST_F(OvPanelViewSpinner, aTickBetweenATotalAndItsReportTurnsEqualRowsRoundNoMoreThanOnce) {
+    for (const char* name : {"a", "b", "s"}) desktop.files.addFolder("/d", name);
+    panel->setCurrentPath("/d");
+    panel->setSortField(SortField::size);
+    panel->setSortDirection(SortDirection::descending);
+    const std::vector<std::string> before = names();
+    desktop.walks.walkOf("/d/s").finish({0, 0});
+    desktop.timers.tickAll();
+    desktop.mainQueue.runAll();
+    EXPECT_THAT(names(), ElementsAre("..", before[3], before[2], before[1]));
+}
+
+TEST_F(OvPanelViewSpinner, whileReportsWaitForAnyNumberOfTicksEachRowGetsOne) {
+    constexpr std::size_t count = 50;
+    for (std::size_t i = 0; i < count; ++i) desktop.files.addFolder("/d", "f" + std::to_string(i));
+    panel->setSortField(SortField::size);
+    panel->setCurrentPath("/d");
+    desktop.walks.finishAll({10, 1});
+    for (int i = 0; i < 10; ++i) desktop.timers.tickAll();
+    EXPECT_EQ(desktop.mainQueue.size(), count);
+    desktop.mainQueue.runAll();
+    EXPECT_EQ(desktop.walks.walks.size(), count);
+    EXPECT_FALSE(panel->isCalculatingSizes());
+}
+
+TEST_F(OvPanelViewSpinner, aSilencedRowIsAskedForOnlyWhenItsLastProgressHasBeenServed) {
+    desktop.files.addFolder("/home/ann2", "sub");
+    desktop.files.addFolder("/home/ann", "docs");
+    const auto other = OvPanelView::make(desktop.ports(), *desktop.engine);
+    other->setCurrentPath("/home/ann");
+    panel->setCurrentPath("/home/ann2");
+    desktop.walks.walkOf("/home/ann2/sub").progress({10, 1});
+    other->setCurrentPath("/elsewhere");
+    const std::size_t walks = desktop.walks.walks.size();
+    desktop.timers.tickAll();
+    EXPECT_EQ(desktop.walks.walks.size(), walks);
+    desktop.mainQueue.runAll();
+    desktop.timers.tickAll();
+    EXPECT_EQ(desktop.walks.walks.size(), walks + 1);
 }
 
 TEST_F(OvPanelViewSpinner, aRowWhoseWalkTheOtherPanelCancelledByPrefixIsAskedForAgain) {
