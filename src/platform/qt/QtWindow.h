@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QBasicTimer>
+#include <QDeadlineTimer>
 #include <QMainWindow>
 #include <functional>
 #include <memory>
@@ -11,7 +13,7 @@
 namespace vantrel {
 
 /// A native window around a QtContentWidget. Its sizes are the content's: the window's frame and a menu bar
-/// come on top.
+/// come on top. On a screen where that does not fit it opens smaller, see `placeContent`.
 class QtWindow final : public QMainWindow, public Window {
 public:
     explicit QtWindow(const WindowOptions& options);
@@ -27,12 +29,18 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
-    void giveContent(const QSize& contentSize);
+    QSize giveContent(const QSize& contentSize);
+    void place(const QMargins& frame);
+    void placeAgainInItsFrame();
 
     QtContentWidget* content_;  ///< owned by QMainWindow
     QSize contentSize_;
+    QRect placed_;  ///< where it opened, without its frame
+    QBasicTimer frameTimer_;
+    QDeadlineTimer frameDeadline_;
     std::function<bool()> shouldClose_;
 };
 
