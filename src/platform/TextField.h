@@ -26,7 +26,8 @@ public:
 
     virtual void setFrame(const Rect& inWindow) = 0;
 
-    /// UTF-8. Where the user has not touched the text, exactly the bytes that were set.
+    /// UTF-8 where the user typed; what the user has not touched are exactly the bytes that were set, whether
+    /// they are text or not.
     virtual std::string text() const = 0;
     virtual void setText(const std::string& text) = 0;
 

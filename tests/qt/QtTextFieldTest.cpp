@@ -81,11 +81,11 @@ TEST_F(QtTextFieldTest, untouchedTextComesBackByteForByte) {
     }
 }
 
-TEST_F(QtTextFieldTest, editedTextIsWhatIsShown) {
+TEST_F(QtTextFieldTest, editedTextKeepsTheBytesThatWereNotEdited) {
     openWith("caf\xE9");
     QTest::keyClick(edit, Qt::Key_End);
     QTest::keyClicks(edit, "s");
-    EXPECT_EQ(field->text(), "caf\uFFFDs");
+    EXPECT_EQ(field->text(), "caf\xE9s");
     QTest::keyClick(edit, Qt::Key_Backspace);
     EXPECT_EQ(field->text(), "caf\xE9") << "as it was again";
 }
@@ -178,6 +178,24 @@ TEST_F(QtTextFieldTest, theFactoryPutsFieldsIntoTheWindowMadeLast) {
     const auto made = application().makeWindow({"Made", {300, 200}, {100, 100}, {}});
     const auto inMade = QtTextFieldFactory(application()).makeTextField(style);
     EXPECT_NE(application().content()->findChild<QLineEdit*>(), nullptr);
+}
+
+TEST_F(QtTextFieldTest, bytesThatAreNoTextSurviveEditingCuttingAndUndoing) {
+    openWith("caf\xE9.txt");
+    QTest::keyClick(edit, Qt::Key_End);
+    QTest::keyClicks(edit, "Z");
+    EXPECT_EQ(field->text(), "caf\xE9.txtZ");
+    for (int i = 0; i < 5; ++i) QTest::keyClick(edit, Qt::Key_Backspace);
+    EXPECT_EQ(field->text(), "caf\xE9");
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    EXPECT_EQ(field->text(), "caf") << "one step for one byte";
+    QTest::keyClick(edit, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(field->text(), "caf\xE9.txtZ");
+    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(edit, Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(field->text(), "");
+    QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field->text(), "caf\xE9.txtZ");
 }
 
 }  // namespace vantrel::test

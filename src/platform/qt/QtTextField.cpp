@@ -9,6 +9,8 @@
 
 #include "platform/Precondition.h"
 #include "platform/qt/QtCanvas.h"
+#include "platform/qt/QtFileNameText.h"
+#include "platform/qt/QtInputHistory.h"
 #include "platform/qt/QtKeys.h"
 
 namespace vantrel {
@@ -33,7 +35,7 @@ protected:
     bool event(QEvent* event) override {
         if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
             return QLineEdit::event(event);
-        const KeyEvent key = keyEventFrom(*static_cast<QKeyEvent*>(event));
+        const KeyEvent key = pressedKey(*static_cast<QKeyEvent*>(event));
         if (event->type() == QEvent::ShortcutOverride) {
             // What the main menu wants is taken before; every other key is for the field or its owner.
             event->accept();
@@ -97,14 +99,15 @@ public:
     }
 
     std::string text() const override {
+        // The edit may show less than it was given: it has a longest length.
         if (!edit_ || edit_->text() == shown_) return original_;
-        return edit_->text().toStdString();
+        return bytesOf(edit_->text());
     }
 
     void setText(const std::string& text) override {
         original_ = text;
         if (!edit_) return;
-        edit_->setText(QString::fromStdString(text));
+        edit_->setText(textOf(text));
         shown_ = edit_->text();
     }
 
