@@ -5,7 +5,7 @@
 # To build and to run the program, and to make a package of it.
 packages_to_run=(
     g++ cmake ninja-build pkg-config ccache
-    qt6-base-dev qt6-pdf-dev libicu-dev libglib2.0-dev librsvg2-bin
+    qt6-base-dev qt6-pdf-dev libxkbcommon-dev libicu-dev libglib2.0-dev librsvg2-bin
     fonts-dejavu-core fonts-noto-color-emoji
     dpkg-dev file
 )

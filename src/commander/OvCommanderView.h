@@ -80,7 +80,8 @@ public:
     std::string promptLine() const;
     Rect promptBar() const;
 
-    /// The open dialog, null when there is none. A new one replaces it without a word to it.
+    /// The open dialog, null when there is none. A new one replaces it without a word to it. While one is
+    /// open there is no preview: it would stand over the dialog and have the keyboard.
     const std::shared_ptr<OvDialogOverlayView>& dialogOverlay() const { return dialogOverlay_; }
     void presentDialog(DialogType type);
 
@@ -116,6 +117,7 @@ private:
     void setupFnButtons();
     void layoutFnButtons();
 
+    bool isStrayRepeat(const KeyEvent& event);
     EventResult handleNavigationKey(const KeyEvent& event);
     EventResult handleCommandCharacter(const KeyEvent& event);
     EventResult handleFunctionKey(const KeyEvent& event);
@@ -138,6 +140,13 @@ private:
     void drawBottomFnBar(Canvas& canvas) const;
     void drawFnCell(Canvas& canvas, const FnButton& button) const;
 
+    /// The key pressed last, and what its press went to.
+    struct PressedKey {
+        Key key;
+        std::string characters;
+        std::weak_ptr<View> responder;
+    };
+
     const Desktop desktop_;
     const std::shared_ptr<OvPanelView> leftPanel_;
     const std::shared_ptr<OvPanelView> rightPanel_;
@@ -147,6 +156,7 @@ private:
     const Font retroFont_;
     const Font boldRetroFont_;
     std::vector<FnButton> fnButtons_;
+    std::optional<PressedKey> pressedKey_;
     CommanderAccessible accessible_{*this};
 };
 

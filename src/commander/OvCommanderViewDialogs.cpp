@@ -9,6 +9,7 @@ namespace vantrel {
 void OvCommanderView::presentDialog(DialogType type) {
     // Takes the keyboard from a field, too: the new dialog's keys come by way of this view.
     dismissDialog();
+    desktop_.preview.orderOut();
     dialogOverlay_ = OvDialogOverlayView::make(bounds(), desktop_);
     dialogOverlay_->setDialogType(std::move(type));
     dialogOverlay_->delegate = std::static_pointer_cast<OvCommanderView>(shared_from_this());

@@ -8,8 +8,33 @@
 
 namespace vantrel {
 
+namespace {
+
+/// Whether a key goes on doing what it does while it is held. Moving does; what opens, starts, asks or
+/// switches something is done once for each press.
+bool mayRepeat(const KeyEvent& event) {
+    switch (event.key) {
+        case Key::up:
+        case Key::down:
+        case Key::pageUp:
+        case Key::pageDown:
+        case Key::home:
+        case Key::end:
+        case Key::backspace:
+            return true;
+        case Key::character:
+            return event.command == CommandKey::released;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
 EventResult OvCommanderView::keyDown(const KeyEvent& event) {
+    if (isStrayRepeat(event)) return EventResult::handled;
     if (const auto dialog = dialogOverlay_) return dialog->keyDown(event);
+    if (event.repeat == KeyRepeat::held && !mayRepeat(event)) return EventResult::handled;
     using Step = EventResult (OvCommanderView::*)(const KeyEvent&);
     for (const Step step : {&OvCommanderView::handleNavigationKey, &OvCommanderView::handleCommandCharacter,
                             &OvCommanderView::handleFunctionKey, &OvCommanderView::quickSearch,
@@ -17,6 +42,19 @@ EventResult OvCommanderView::keyDown(const KeyEvent& event) {
         if ((this->*step)(event) == EventResult::handled) return EventResult::handled;
     }
     return EventResult::ignored;
+}
+
+// Whether a held key was pressed for somebody else: for a dialog that it answered, say, or before there was
+// one. The rest of such a press belongs to nobody.
+bool OvCommanderView::isStrayRepeat(const KeyEvent& event) {
+    const std::shared_ptr<View> responder = dialogOverlay_ ? dialogOverlay_ : shared_from_this();
+    if (event.repeat == KeyRepeat::first) {
+        pressedKey_ = {event.key, event.charactersIgnoringModifiers, responder};
+        return false;
+    }
+    return !pressedKey_ || pressedKey_->key != event.key ||
+           pressedKey_->characters != event.charactersIgnoringModifiers ||
+           pressedKey_->responder.lock() != responder;
 }
 
 // By the key alone, whatever modifiers are held.

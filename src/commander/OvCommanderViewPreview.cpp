@@ -5,6 +5,7 @@
 namespace vantrel {
 
 void OvCommanderView::showQuickLook() {
+    if (dialogOverlay_) return;
     PreviewPanel& preview = desktop_.preview;
     if (preview.isVisible()) {
         preview.orderOut();

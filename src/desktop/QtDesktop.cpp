@@ -13,6 +13,7 @@ QtDesktop::QtDesktop(const char* programName)
       mainQueue_(*new QtMainQueue),
       preview_(application_, mainQueue_),
       textFields_(application_) {
+    application_.setTerminationHandler([this] { mainQueue_.close(); });
     VantrelEngine::provideShared([&queue = mainQueue_] {
         const auto& clock = *new SystemClock;
         return VantrelEngineServices{

@@ -14,10 +14,12 @@ namespace {
 // Points.
 constexpr double fontSize = 13;
 constexpr double smallestMargin = 20;
+constexpr double boxWidth = 560;
 constexpr double helpWidth = 640;
 constexpr double helpHeight = 490;
 constexpr double viewerSideMargins = 80;
 constexpr double viewerEndMargins = 60;
+constexpr double smallestViewerWidth = 560;
 constexpr double smallestViewerHeight = 300;
 constexpr double fieldSideMargin = 30;
 constexpr double fieldTop = 105;
@@ -97,8 +99,9 @@ void OvDialogOverlayView::createInputField(const std::string& text) {
         return self ? self->keyDown(event) : EventResult::ignored;
     });
     placeInputField();
-    // Later, because the overlay is put into the window only after its set-up.
-    mainQueue_.post([weakSelf] {
+    // Later, because the overlay is put into the window only after its set-up; but not after the next key,
+    // which may have been typed already.
+    mainQueue_.postAfterEvent([weakSelf] {
         if (const auto self = weakSelf.lock()) self->focusInputField();
     });
 }
@@ -123,9 +126,9 @@ void OvDialogOverlayView::frameDidChange() {
 
 Rect OvDialogOverlayView::dialogRect() const {
     const Rect view = bounds();
-    Size size{dialogWidth, dialogHeight_};
+    Size size{boxWidth, dialogHeight_};
     if (isViewer(dialogType_)) {
-        size = {std::max(view.width - viewerSideMargins, dialogWidth),
+        size = {std::max(view.width - viewerSideMargins, smallestViewerWidth),
                 std::max(view.height - viewerEndMargins, smallestViewerHeight)};
     } else if (std::holds_alternative<dialog::Help>(dialogType_)) {
         size = {helpWidth, helpHeight};
@@ -142,6 +145,8 @@ Point OvDialogOverlayView::buttonCorner(std::size_t index) const {
 }
 
 EventResult OvDialogOverlayView::keyDown(const KeyEvent& event) {
+    // Whatever a held key did when it was pressed, it did not answer this dialog, which would be gone.
+    if (event.repeat == KeyRepeat::held && event.key != Key::tab) return EventResult::handled;
     switch (event.key) {
         case Key::escape:
             cancel();

@@ -21,7 +21,7 @@ namespace vantrel {
 /// answer is dropped and the dialog stays. Main thread only; geometry in points.
 class OvDialogOverlayView final : public View {
 public:
-    static constexpr double dialogWidth = 560;
+    double dialogWidth = 560;  ///< points; the box has a width of its own
 
     /// An overlay that shows nothing yet. The ports are borrowed.
     static std::shared_ptr<OvDialogOverlayView> make(const Rect& frame, const Desktop& desktop);

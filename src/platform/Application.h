@@ -55,7 +55,8 @@ public:
     /// Shows a modal alert and returns when it has been answered.
     virtual void runModal(const Alert& alert) = 0;
 
-    /// Ends the event loop soon; safe inside any callback.
+    /// Ends the event loop soon; safe inside any callback. From here on no input reaches the program, not
+    /// even what has been typed already.
     virtual void terminate() = 0;
 };
 

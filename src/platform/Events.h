@@ -40,16 +40,21 @@ enum class Key : std::uint8_t {
 /// Modifier keys held during an event. `command` is Control on Linux and Command on macOS.
 enum class CommandKey : std::uint8_t { released, held };
 
+/// Whether a key has been pressed just now, or has only been held since.
+enum class KeyRepeat : std::uint8_t { first, held };
+
 struct KeyEvent {
     Key key = Key::character;
     std::string characters{};                   ///< UTF-8, as typed with all modifiers applied; may be empty
     std::string charactersIgnoringModifiers{};  ///< UTF-8, what the key types with no modifier but Shift
     CommandKey command = CommandKey::released;
+    KeyRepeat repeat = KeyRepeat::first;
 };
 
 struct MouseEvent {
     Point locationInWindow{};  ///< points, y downwards from the content's top edge
-    int clickCount = 1;        ///< 2 for the second click of a double click
+    /// The number of this press in a series at one place: 2 for the second of a double click, 3 for the next.
+    int clickCount = 1;
 };
 
 struct ScrollEvent {

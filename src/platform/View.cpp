@@ -98,6 +98,13 @@ EventResult dispatchMouseDown(View& root, const MouseEvent& event) {
     return dispatch(root, event, &View::mouseDown);
 }
 
+EventResult ClickRouter::mouseDown(View& root, const MouseEvent& event) {
+    View* const target = root.hitTest(root.convertFromWindow(event.locationInWindow));
+    if (event.clickCount > 1 && target != underFirstPress_.lock().get()) return EventResult::ignored;
+    underFirstPress_ = target == nullptr ? std::weak_ptr<View>() : target->weak_from_this();
+    return dispatchMouseDown(root, event);
+}
+
 EventResult dispatchScrollWheel(View& root, const ScrollEvent& event) {
     return dispatch(root, event, &View::scrollWheel);
 }

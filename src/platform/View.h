@@ -90,4 +90,14 @@ private:
 EventResult dispatchMouseDown(View& root, const MouseEvent& event);
 EventResult dispatchScrollWheel(View& root, const ScrollEvent& event);
 
+/// Sends the presses of a pointer into a tree of views. All presses of a double click belong to the view that
+/// was under the first: when that one has made way, or another has come on top, the rest belongs to nobody.
+class ClickRouter {
+public:
+    EventResult mouseDown(View& root, const MouseEvent& event);
+
+private:
+    std::weak_ptr<View> underFirstPress_;
+};
+
 }  // namespace vantrel

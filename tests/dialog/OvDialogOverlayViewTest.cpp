@@ -53,7 +53,7 @@ TEST_F(DialogModel, anOverlayThatWasGivenNoTypeYetHasNoButtons) {
     const auto fresh = OvDialogOverlayView::make({0, 0, 1100, 720}, ports);
     EXPECT_EQ(fresh->dialogType(), DialogType(dialog::Help{}));
     EXPECT_EQ(fresh->dialogHeight(), 340);
-    EXPECT_EQ(OvDialogOverlayView::dialogWidth, 560);
+    EXPECT_EQ(fresh->dialogWidth, 560);
     EXPECT_EQ(fresh->selectedButtonIndex(), 0);
     EXPECT_THAT(fresh->buttons(), IsEmpty());
     EXPECT_EQ(fresh->inputTextField(), nullptr);
@@ -346,6 +346,47 @@ TEST_F(DialogKeys, theCallbackMayShowAnotherDialogInTheSameOverlay) {
     press(Key::returnKey);
     EXPECT_THAT(delegate->confirmed, ElementsAre(Confirmed{copy, "/right/a.txt"}));
     EXPECT_EQ(overlay->dialogType(), help);
+}
+
+TEST_F(DialogModel, theBoxHasAWidthOfItsOwn) {
+    open(mkdir);
+    overlay->dialogWidth = 1;
+    EXPECT_EQ(overlay->dialogRect().width, 560);
+    open(viewer, {500, 400});
+    overlay->dialogWidth = 1;
+    EXPECT_EQ(overlay->dialogRect().width, 560);
+}
+
+TEST_F(DialogModel, theFieldTakesTheKeyboardBeforeAnythingElseThatWaits) {
+    bool hadFocus = false;
+    desktop.mainQueue.post([&] { hadFocus = field().isFocused; });
+    open(mkdir);
+    EXPECT_FALSE(field().isFocused) << "the event goes on";
+    desktop.mainQueue.endEvent();
+    EXPECT_TRUE(field().isFocused);
+    EXPECT_TRUE(field().isAllSelected);
+    EXPECT_FALSE(hadFocus);
+}
+
+TEST_F(DialogModel, aKeyThatIsOnlyHeldAnswersNothing) {
+    open(sort);
+    for (const Key key : {Key::escape, Key::returnKey, Key::keypadEnter}) {
+        EXPECT_EQ(overlay->keyDown({.key = key, .repeat = KeyRepeat::held}), EventResult::handled);
+    }
+    EXPECT_EQ(overlay->keyDown({.characters = "1", .repeat = KeyRepeat::held}), EventResult::handled);
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+    EXPECT_EQ(delegate->cancellations, 0);
+    open(mkdir);
+    field().handler({.key = Key::returnKey, .repeat = KeyRepeat::held});
+    EXPECT_THAT(delegate->confirmed, IsEmpty());
+}
+
+TEST_F(DialogModel, tabGoesOnWhileItIsHeld) {
+    open(copy);
+    overlay->keyDown({.key = Key::tab});
+    EXPECT_EQ(overlay->selectedButtonIndex(), 1);
+    overlay->keyDown({.key = Key::tab, .repeat = KeyRepeat::held});
+    EXPECT_EQ(overlay->selectedButtonIndex(), 0);
 }
 
 }  // namespace

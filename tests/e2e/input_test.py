@@ -97,8 +97,6 @@ class Keys(TwoTrees):
     def test_a_tap_on_alt_leaves_the_keyboard_where_it_is(self):
         self.session.keys("Alt_L", "Down")
         self.left.expect_cursor(2, "active")
-        self.session.keys("alt+f", "Down")
-        self.left.expect_cursor(3, "active")
         self.quit_and_expect_silence()
 
     def test_f2_switches_the_sizes_to_bytes_and_back(self):

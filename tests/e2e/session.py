@@ -1,5 +1,6 @@
 """One X server, one window manager and one vantrel, private to one test."""
 
+import contextlib
 import os
 import select
 import shutil
@@ -222,6 +223,27 @@ class Session:
 
     def keys(self, *names):
         self.xdotool("key", "--clearmodifiers", *names)
+
+    @contextlib.contextmanager
+    def stopped(self):
+        """What is typed and clicked inside waits until the program goes on."""
+        self.program.send_signal(signal.SIGSTOP)
+        until(lambda: self.state_of_program() == "T", "the program is stopped")
+        try:
+            yield
+        finally:
+            self.program.send_signal(signal.SIGCONT)
+
+    def state_of_program(self):
+        """The letter that proc(5) gives it."""
+        with open(f"/proc/{self.program.pid}/stat", encoding="ascii") as file:
+            return file.read().rpartition(")")[2].split()[0]
+
+    def hold(self, key):
+        """Holds a key for longer than it takes to repeat, and some of the repeats."""
+        self.xdotool("keydown", key)
+        time.sleep(1.2)
+        self.xdotool("keyup", key)
 
     def click(self, x, y, button=1, count=1):
         """At a place in the window's content."""

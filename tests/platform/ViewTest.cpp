@@ -96,5 +96,48 @@ TEST_F(ViewTree, aViewThatOutlivesItsSuperviewHasNone) {
     EXPECT_EQ(child->superview(), nullptr);
 }
 
+class Clicks : public ViewTree {
+protected:
+    EventResult press(Point place, int number) {
+        return router.mouseDown(*root, {.locationInWindow = place, .clickCount = number});
+    }
+    const Point inGrandchild{16, 27};
+    ClickRouter router;
+};
+
+TEST_F(Clicks, allPressesOfADoubleClickGoToTheViewUnderTheFirst) {
+    for (int number = 1; number <= 3; ++number) press(inGrandchild, number);
+    EXPECT_EQ(grandchild->clicks.size(), 3U);
+}
+
+TEST_F(Clicks, theSecondPressBelongsToNobodyWhenTheFirstTookItsViewAway) {
+    grandchild->removesItself = true;
+    press(inGrandchild, 1);
+    EXPECT_EQ(child->clicks.size(), 1U) << "the first goes on upwards";
+    EXPECT_EQ(press(inGrandchild, 2), EventResult::ignored);
+    EXPECT_EQ(press(inGrandchild, 3), EventResult::ignored);
+    EXPECT_EQ(child->clicks.size(), 1U);
+    EXPECT_EQ(press(inGrandchild, 1), EventResult::handled);
+    EXPECT_EQ(child->clicks.size(), 2U);
+}
+
+TEST_F(Clicks, theSecondPressBelongsToNobodyWhenAnotherViewCameOnTop) {
+    press(inGrandchild, 1);
+    const auto cover = std::make_shared<ProbeView>(Rect{0, 0, 100, 100}, EventResult::handled);
+    root->addSubview(cover);
+    EXPECT_EQ(press(inGrandchild, 2), EventResult::ignored);
+    EXPECT_TRUE(cover->clicks.empty());
+}
+
+TEST_F(Clicks, aSecondPressWhoseFirstWentToAnotherWindowBelongsToNobody) {
+    EXPECT_EQ(press(inGrandchild, 2), EventResult::ignored);
+    EXPECT_TRUE(grandchild->clicks.empty());
+}
+
+TEST_F(Clicks, aPressOutsideTheTreeBelongsToNobody) {
+    EXPECT_EQ(press({200, 200}, 1), EventResult::ignored);
+    EXPECT_EQ(press({200, 200}, 2), EventResult::ignored);
+}
+
 }  // namespace
 }  // namespace vantrel

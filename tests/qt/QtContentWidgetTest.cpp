@@ -226,4 +226,14 @@ TEST_F(QtContentWidgetTest, theKeyboardComesBackFromAFieldOnRequest) {
     EXPECT_TRUE(widget.hasFocus());
 }
 
+TEST_F(QtContentWidgetTest, aClickLeavesTheKeyboardToTheField) {
+    QLineEdit field(&widget);
+    field.setGeometry(0, 0, 50, 20);
+    field.show();
+    field.setFocus();
+    QTest::mouseClick(&widget, Qt::LeftButton, {}, {120, 45});
+    EXPECT_EQ(root->clicks.size(), 1U);
+    EXPECT_TRUE(field.hasFocus());
+}
+
 }  // namespace vantrel::test

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <QKeyEvent>
 
 namespace vantrel::test {
@@ -127,6 +129,33 @@ TEST(QtKeys, textOfAnInputMethodIsACharacterAndItsSpaceTheSpaceKey) {
     EXPECT_EQ(keyEventFromCommit("é").charactersIgnoringModifiers, "é");
     EXPECT_EQ(keyEventFromCommit("日本").characters, "日本");
     EXPECT_EQ(keyEventFromCommit(" ").key, Key::space);
+}
+
+TEST(QtKeys, aLatinLetterBeyondAsciiUnderControlIsThatLetter) {
+    // The 2 of a French keyboard types an e with acute, and 2 with Shift.
+    EXPECT_EQ(pressAt(11, Qt::Key_Eacute, Qt::ControlModifier, "é").charactersIgnoringModifiers, "é");
+    EXPECT_EQ(
+        pressAt(11, Qt::Key_2, Qt::ControlModifier | Qt::ShiftModifier, "2").charactersIgnoringModifiers,
+        "2");
+    EXPECT_EQ(pressAt(11, 0x011A, Qt::ControlModifier, "ě").charactersIgnoringModifiers, "ě");
+    EXPECT_EQ(pressAt(34, Qt::Key_Udiaeresis, Qt::ControlModifier | Qt::ShiftModifier, "Ü")
+                  .charactersIgnoringModifiers,
+              "Ü");
+}
+
+TEST(QtKeys, whereAnotherLayoutStandsBesideACzechOneTheKeySymbolTellsTheLetter) {
+    constexpr quint32 ecaron = XKB_KEY_ecaron;
+    const QKeyEvent event(QEvent::KeyPress, Qt::Key_2, Qt::ControlModifier, 11, ecaron, 0, "2");
+    EXPECT_EQ(keyEventFrom(event).charactersIgnoringModifiers, "ě");
+    constexpr quint32 Ecaron = XKB_KEY_Ecaron;  // with Caps Lock, which is not considered
+    const QKeyEvent capital(QEvent::KeyPress, Qt::Key_2, Qt::ControlModifier, 11, Ecaron, 0, "2");
+    EXPECT_EQ(keyEventFrom(capital).charactersIgnoringModifiers, "ě");
+}
+
+TEST(QtKeys, signsAndOtherScriptsUnderControlStayWithTheirPlace) {
+    EXPECT_EQ(pressAt(11, Qt::Key_section, Qt::ControlModifier, "§").charactersIgnoringModifiers, "2");
+    EXPECT_EQ(pressAt(32, 0x03BF, Qt::ControlModifier, "ο").charactersIgnoringModifiers, "o");
+    EXPECT_EQ(pressAt(32, 0x0429, Qt::ControlModifier, "щ").charactersIgnoringModifiers, "o");
 }
 
 }  // namespace vantrel::test

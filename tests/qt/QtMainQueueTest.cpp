@@ -173,4 +173,57 @@ TEST(QtMainQueue, aTaskMayCloseTheQueueBeforeTheTasksBehindIt) {
     EXPECT_FALSE(ran);
 }
 
+namespace {
+
+/// Gets keys as the window system sends them, one right after the other.
+class KeyReceiver final : public QWidget {
+public:
+    std::function<void()> onFirstKey;
+    std::vector<bool> wasReady;
+    bool isReady = false;
+
+protected:
+    void keyPressEvent(QKeyEvent*) override {
+        wasReady.push_back(isReady);
+        if (wasReady.size() == 1) onFirstKey();
+    }
+};
+
+}  // namespace
+
+TEST(QtMainQueue, whatIsToFollowAnEventComesBeforeAKeyThatWasTypedAhead) {
+    QtMainQueue queue;
+    KeyReceiver receiver;
+    receiver.onFirstKey = [&] {
+        queue.post([] {});
+        queue.postAfterEvent([&] { receiver.isReady = true; });
+    };
+    QTest::keyPress(&receiver, Qt::Key_F7);
+    EXPECT_FALSE(receiver.isReady) << "not inside the event, and not before it has ended";
+    QTest::keyPress(&receiver, Qt::Key_Q);
+    EXPECT_EQ(receiver.wasReady, (std::vector{false, true}));
+}
+
+TEST(QtMainQueue, whatIsToFollowAnEventMayBringAboutMoreOfTheKind) {
+    QtMainQueue queue;
+    std::vector<int> order;
+    queue.postAfterEvent([&] {
+        order.push_back(1);
+        queue.postAfterEvent([&] { order.push_back(2); });
+    });
+    queue.post([&] { order.push_back(3); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return order.size() == 3; }, 60'000));
+    EXPECT_EQ(order, (std::vector{1, 2, 3}));
+}
+
+TEST(QtMainQueue, onceClosedNothingFollowsAnEvent) {
+    QtMainQueue queue;
+    bool ran = false;
+    queue.postAfterEvent([&] { ran = true; });
+    queue.close();
+    queue.postAfterEvent([&] { ran = true; });
+    serveEvents();
+    EXPECT_FALSE(ran);
+}
+
 }  // namespace vantrel::test

@@ -187,11 +187,59 @@ TEST_F(QtMenuBarTest, aTapOnAltLeavesTheKeyboardWhereItIs) {
     EXPECT_EQ(root->keys[0].key, Key::down);
 }
 
-TEST_F(QtMenuBarTest, altWithALetterOpensNoMenu) {
+TEST_F(QtMenuBarTest, altWithALetterOpensTheMenuWhoseTitleBeginsWithIt) {
     press(Qt::Key_F, Qt::AltModifier);
-    press(Qt::Key_V, Qt::AltModifier);
-    EXPECT_THAT(typedKeys(), ElementsAre("f", "v"));
+    EXPECT_EQ(QApplication::activePopupWidget(), &menu(0));
+    QTest::keyClick(&menu(0), Qt::Key_Escape);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    press(Qt::Key_V, Qt::AltModifier);
+    EXPECT_EQ(QApplication::activePopupWidget(), &menu(1));
+    QTest::keyClick(&menu(1), Qt::Key_Down);
+    QTest::keyClick(&menu(1), Qt::Key_Return);
+    EXPECT_THAT(calls, ElementsAre("Hidden"));
+    EXPECT_TRUE(root->keys.empty());
+    press(Qt::Key_Down, Qt::NoModifier);
+    EXPECT_EQ(root->keys.size(), 1U);
+}
+
+TEST_F(QtMenuBarTest, altWithALetterOfSeveralTitlesGoesThroughThem) {
+    window.showMenus(
+        {{"Vantrel", {item("About", "")}}, {"File", {item("Open", "")}}, {"View", {item("Hidden", "")}}});
+    press(Qt::Key_V, Qt::AltModifier);
+    EXPECT_EQ(QApplication::activePopupWidget(), &menu(0));
+    press(Qt::Key_V, Qt::AltModifier);
+    EXPECT_EQ(QApplication::activePopupWidget(), &menu(2));
+    press(Qt::Key_V, Qt::AltModifier);
+    EXPECT_EQ(QApplication::activePopupWidget(), &menu(0));
+    QTest::keyClick(&menu(0), Qt::Key_Escape);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(QtMenuBarTest, altWithALetterOfNoTitleReachesTheContent) {
+    press(Qt::Key_X, Qt::AltModifier);
+    press(Qt::Key_F, Qt::AltModifier | Qt::ShiftModifier);
+    press(Qt::Key_F, Qt::AltModifier | Qt::ControlModifier);
+    EXPECT_THAT(typedKeys(), ElementsAre("x", "f", "f"));
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(QtMenuBarTest, altWithAKeyOfAKeyboardWithoutLatinLettersOpensTheMenuOfItsPlace) {
+    constexpr quint32 scanCodeOfF = 41;
+    constexpr int cyrillicA = 0x0410;
+    QKeyEvent event(QEvent::KeyPress, cyrillicA, Qt::AltModifier, scanCodeOfF, 0, 0);
+    QCoreApplication::sendEvent(&window.content(), &event);
+    EXPECT_EQ(QApplication::activePopupWidget(), &menu(0));
+    QTest::keyClick(&menu(0), Qt::Key_Escape);
+}
+
+TEST_F(QtMenuBarTest, aHeldKeyEquivalentRunsItsActionOnce) {
+    press(Qt::Key_O, Qt::ControlModifier);
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_O, Qt::ControlModifier, "\x0f", true);
+        QCoreApplication::sendEvent(&window.content(), &held);
+    }
+    EXPECT_THAT(calls, ElementsAre("Open"));
+    EXPECT_TRUE(root->keys.empty());
 }
 
 TEST_F(QtMenuBarTest, afterAChoiceByMouseTheContentHasTheKeyboard) {

@@ -94,4 +94,16 @@ TEST_F(QtPreviewPanelKeysTest, theKeysReachItAlsoAfterAClickIntoWhatItShows) {
     EXPECT_EQ(source->keys.size(), 1U);
 }
 
+TEST_F(QtPreviewPanelKeysTest, keysThatArriveAfterItHasMadeWayGoToTheWindowItBelongsTo) {
+    QtPreviewPanel panel(application(), queue, files.loader());
+    open(panel);
+    QWindow* const window = panel.window()->windowHandle();
+    panel.orderOut();
+    QTest::keyClick(panel.window(), Qt::Key_Q);
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(source->keys.empty());
+    ASSERT_EQ(root->keys.size(), 1U);
+    EXPECT_EQ(root->keys[0].charactersIgnoringModifiers, "q");
+}
+
 }  // namespace vantrel::test

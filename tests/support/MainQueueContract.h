@@ -67,7 +67,18 @@ TYPED_TEST_P(MainQueueContract, tasksOfAnotherThreadRunOnTheServingThreadInTheir
     EXPECT_EQ(threads, std::vector(100, std::this_thread::get_id()));
 }
 
-REGISTER_TYPED_TEST_SUITE_P(MainQueueContract, aTaskRunsLaterAndNotInsidePost, tasksRunInTheOrderOfPosting,
+TYPED_TEST_P(MainQueueContract, whatIsPostedForTheEndOfAnEventRunsLaterAndBeforeWhatWaits) {
+    std::vector<int> order;
+    this->queue().post([&] { order.push_back(3); });
+    this->queue().postAfterEvent([&] { order.push_back(1); });
+    this->queue().postAfterEvent([&] { order.push_back(2); });
+    EXPECT_TRUE(order.empty());
+    this->runAll();
+    EXPECT_EQ(order, (std::vector{1, 2, 3}));
+}
+
+REGISTER_TYPED_TEST_SUITE_P(MainQueueContract, whatIsPostedForTheEndOfAnEventRunsLaterAndBeforeWhatWaits,
+                            aTaskRunsLaterAndNotInsidePost, tasksRunInTheOrderOfPosting,
                             whatATaskPostsRunsAfterEverythingPostedBefore,
                             tasksOfAnotherThreadRunOnTheServingThreadInTheirOrder);
 

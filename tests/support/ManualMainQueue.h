@@ -20,13 +20,25 @@ public:
         posted_.notify_all();
     }
 
+    void postAfterEvent(Task task) override { afterEvent_.push_back(std::move(task)); }
+
+    /// What the end of an event brings about, whatever else waits.
+    void endEvent() {
+        for (auto batch = std::exchange(afterEvent_, {}); !batch.empty();
+             batch = std::exchange(afterEvent_, {})) {
+            for (Task& task : batch) task();
+        }
+    }
+
     /// Runs what has been posted so far; what those tasks post waits for the next call.
     void runOnce() {
+        endEvent();
         for (Task& task : take()) task();
     }
 
     /// Runs until nothing is left.
     void runAll() {
+        endEvent();
         for (auto batch = take(); !batch.empty(); batch = take()) {
             for (Task& task : batch) task();
         }
@@ -59,6 +71,7 @@ private:
     mutable std::mutex mutex_;
     std::condition_variable posted_;
     std::vector<Task> tasks_;
+    std::vector<Task> afterEvent_;  // main thread
 };
 
 }  // namespace vantrel::test

@@ -42,6 +42,28 @@ void install(QtMessageHandler handler) {
         qInstallMessageHandler(handler);
 }
 
+bool isInput(QEvent::Type type) {
+    switch (type) {
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride:
+        case QEvent::Shortcut:
+        case QEvent::InputMethod:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu:
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+            return true;
+        default:
+            return false;
+    }
+}
+
 constexpr const char* desktopName = "com.vantrel.Vantrel";
 
 /// What Qt wants to know before its application is made. Answers the program's name.
@@ -61,6 +83,21 @@ QIcon icon() {
 }
 
 }  // namespace
+
+void InputBarrier::letDown() {
+    isDown_ = true;
+    // Of several filters the one installed last is asked first.
+    qApp->installEventFilter(this);
+}
+
+void InputBarrier::lift() {
+    isDown_ = false;
+    qApp->removeEventFilter(this);
+}
+
+bool InputBarrier::eventFilter(QObject*, QEvent* event) {
+    return isInput(event->type());
+}
 
 QtApplication::QtApplication(const char* programName)
     : programName_(introduced(programName)),
@@ -101,6 +138,9 @@ void QtApplication::runModal(const Alert& alert) {
 }
 
 void QtApplication::terminate() {
+    // The loop goes on to deliver what the window system has sent already.
+    afterTermination_.letDown();
+    if (terminationHandler_) terminationHandler_();
     // Queued, so that it also works before the loop runs. Not quit(), which would ask every window first.
     QMetaObject::invokeMethod(
         &application_, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
@@ -108,6 +148,11 @@ void QtApplication::terminate() {
 
 void QtApplication::run() {
     QApplication::exec();
+    afterTermination_.lift();
+}
+
+void QtApplication::setTerminationHandler(std::function<void()> handler) {
+    terminationHandler_ = std::move(handler);
 }
 
 QtContentWidget* QtApplication::content() const {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QApplication>
+#include <QObject>
 #include <QPointer>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,21 @@
 #include "platform/qt/QtWindow.h"
 
 namespace vantrel {
+
+/// Keeps all input of the window system, what has been typed or clicked already as well, from every window of
+/// the program while it is down. Main thread only.
+class InputBarrier final : public QObject {
+public:
+    void letDown();
+    void lift();
+    bool isDown() const { return isDown_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool isDown_ = false;
+};
 
 /// The connection to the desktop; there is one for the life of the process, made before everything else of
 /// Qt. Without a display it prints one line on standard error and ends the process with status 1.
@@ -25,6 +42,10 @@ public:
     /// Serves events until `terminate` or until the last window is closed.
     void run();
 
+    /// Called when the program is told to end, once for each time; what waits to be done can be dropped
+    /// there.
+    void setTerminationHandler(std::function<void()> handler);
+
     /// Content of the window made last; null when there is none.
     QtContentWidget* content() const;
 
@@ -34,6 +55,8 @@ private:
     char* arguments_[2];  ///< QApplication keeps referring to it
     QApplication application_;
     QPointer<QtWindow> window_;
+    InputBarrier afterTermination_;
+    std::function<void()> terminationHandler_;
     std::vector<Menu> mainMenu_;
 };
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/qt/QtCanvas.h"
+#include "platform/qt/QtInputHistory.h"
 #include "platform/qt/QtKeys.h"
 
 namespace vantrel {
@@ -31,7 +32,9 @@ QtContentWidget::QtContentWidget(const Color& background, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_InputMethodEnabled);
     setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
-    setFocusPolicy(Qt::StrongFocus);
+    // By request, not by a click: that would take the keyboard from a dialog's field.
+    setFocusPolicy(Qt::TabFocus);
+    QtInputHistory::ofApplication();
 }
 
 QtContentWidget::~QtContentWidget() {
@@ -100,7 +103,7 @@ void QtContentWidget::fitRoot() {
 }
 
 bool QtContentWidget::event(QEvent* event) {
-    return takesKey(*event, [this](const QKeyEvent& key) { sendKey(keyEventFrom(key)); }) ||
+    return takesKey(*event, [this](const QKeyEvent& key) { sendKey(pressedKey(key)); }) ||
            QWidget::event(event);
 }
 
@@ -109,18 +112,13 @@ void QtContentWidget::sendKey(const KeyEvent& event) {
     if (root) root->keyDown(event);
 }
 
+// Also every second one of a series: as long as nobody handles those otherwise, Qt gives them to this
+// function.
 void QtContentWidget::mousePressEvent(QMouseEvent* event) {
-    sendClick(*event, 1);
-}
-
-void QtContentWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    sendClick(*event, 2);
-}
-
-void QtContentWidget::sendClick(const QMouseEvent& event, int clickCount) {
     const std::shared_ptr<View> root = root_;
-    if (!root || event.button() != Qt::LeftButton) return;
-    dispatchMouseDown(*root, {pointFrom(event.position()), clickCount});
+    if (!root || event->button() != Qt::LeftButton) return;
+    const int clickCount = QtInputHistory::ofApplication().clickCount();
+    clicks_.mouseDown(*root, {pointFrom(event->position()), clickCount});
 }
 
 void QtContentWidget::wheelEvent(QWheelEvent* event) {

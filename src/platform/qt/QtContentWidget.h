@@ -13,7 +13,8 @@
 namespace vantrel {
 
 /// The content area of the window: shows a tree of views and passes Qt's events on to it. Keys go to the
-/// root, and none of them to anybody else afterwards. Main thread only.
+/// root, and none of them to anybody else afterwards. A click leaves the keyboard where it is. Main thread
+/// only.
 class QtContentWidget final : public QWidget, public ViewHost {
 public:
     explicit QtContentWidget(const Color& background, QWidget* parent = nullptr);
@@ -40,17 +41,16 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
     void fitRoot();
     void sendKey(const KeyEvent& event);
-    void sendClick(const QMouseEvent& event, int clickCount);
 
     Color background_;
     std::shared_ptr<View> root_;
+    ClickRouter clicks_;
     QtFaces faces_;
     WheelSteps wheel_;
     QElapsedTimer sinceRedraw_;

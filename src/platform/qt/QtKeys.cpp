@@ -1,5 +1,7 @@
 #include "platform/qt/QtKeys.h"
 
+#include <xkbcommon/xkbcommon.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -76,8 +78,24 @@ std::string upperCased(const std::string& text) {
     return QString::fromStdString(text).toUpper().toStdString();
 }
 
+/// The letter beyond ASCII that the key types, on keyboards that have some beside those of ASCII: such a key
+/// is no other key in disguise. Empty for any other.
+QString latinLetterBeyondAscii(const QKeyEvent& event) {
+    // While Control is held, text and key may already be those of another layout that is set up beside this
+    // one; the key symbol of X11 and Wayland never is. Elsewhere there is none.
+    char32_t character = xkb_keysym_to_utf32(event.nativeVirtualKey());
+    if (character == 0 && event.key() < Qt::Key_Escape) character = static_cast<char32_t>(event.key());
+    const bool isOne = character > Qt::Key_AsciiTilde && QChar::isLetter(character) &&
+                       QChar::script(character) == QChar::Script_Latin;
+    return isOne ? QString::fromUcs4(&character, 1) : QString();
+}
+
+}  // namespace
+
 std::string charactersWithoutControl(const QKeyEvent& event) {
     const bool shift = event.modifiers().testFlag(Qt::ShiftModifier);
+    if (const QString letter = latinLetterBeyondAscii(event); !letter.isEmpty())
+        return (shift ? letter.toUpper() : letter.toLower()).toStdString();
     if (event.key() >= Qt::Key_Space && event.key() <= Qt::Key_AsciiTilde) {
         const QChar typed(event.key());
         return QString(shift ? typed : typed.toLower()).toStdString();
@@ -87,8 +105,6 @@ std::string charactersWithoutControl(const QKeyEvent& event) {
     if (!positional.empty()) return shift ? upperCased(positional) : positional;
     return printableText(event.text());
 }
-
-}  // namespace
 
 bool holdsCommand(const QKeyEvent& event) {
     return event.modifiers().testFlag(Qt::ControlModifier) &&

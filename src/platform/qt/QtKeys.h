@@ -7,10 +7,14 @@
 
 namespace vantrel {
 
-/// The program's key event for Qt's. What a key types without modifiers follows Shift alone, also while
-/// Control is held, when Qt's own text is a control character. Keys pressed with the Super key type nothing:
-/// they belong to the desktop.
+/// The program's key event for Qt's, by itself; see also `pressedKey`. What
+/// a key types without modifiers follows Shift alone, also while Control is held, when Qt's own text is a
+/// control character. Keys pressed with the Super key type nothing: they belong to the desktop.
 KeyEvent keyEventFrom(const QKeyEvent& event);
+
+/// What the key types with no modifier but Shift, also while Control or Alt is held. On a keyboard without
+/// Latin letters the key in the place of a US letter stands for that.
+std::string charactersWithoutControl(const QKeyEvent& event);
 
 /// The key event of text that an input method has put together.
 KeyEvent keyEventFromCommit(const QString& text);

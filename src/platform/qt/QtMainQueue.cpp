@@ -13,9 +13,11 @@ namespace {
 
 constexpr std::chrono::milliseconds turnLength{4};
 
-// How long the queue, once awake, lets tasks gather before it looks again. Each wake-up by another thread takes a
-// processor from the threads that walk, and thousands of totals may arrive one by one.
+// How long the queue, once awake, lets tasks gather before it looks again. Each wake-up by another thread
+// takes a processor from the threads that walk, and thousands of totals may arrive one by one.
 constexpr std::chrono::milliseconds pause{4};
+
+const auto endOfEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 }  // namespace
 
@@ -29,6 +31,32 @@ void QtMainQueue::post(Task task) {
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
+// What was typed ahead is handled in one go, before anything posted. So the tasks run when the next event of
+// the window system comes by, before anybody gets it; or, when none waits, with what was posted.
+void QtMainQueue::postAfterEvent(Task task) {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (closed_) return;
+    }
+    if (afterEvent_.empty()) {
+        qApp->installEventFilter(this);
+        QCoreApplication::postEvent(this, new QEvent(endOfEvent), Qt::HighEventPriority);
+    }
+    afterEvent_.push_back(std::move(task));
+}
+
+bool QtMainQueue::eventFilter(QObject*, QEvent* event) {
+    if (event->spontaneous()) runAfterEvent();
+    return false;
+}
+
+void QtMainQueue::runAfterEvent() {
+    while (!afterEvent_.empty()) {
+        qApp->removeEventFilter(this);
+        for (Task& task : std::exchange(afterEvent_, {})) task();
+    }
+}
+
 void QtMainQueue::close() {
     std::vector<Task> dropped;
     {
@@ -37,14 +65,17 @@ void QtMainQueue::close() {
         dropped.swap(posted_);
     }
     waiting_.clear();
+    afterEvent_.clear();
     nextTurn_.stop();
 }
 
-void QtMainQueue::customEvent(QEvent*) {
-    runForAWhile();
+void QtMainQueue::customEvent(QEvent* event) {
+    runAfterEvent();
+    if (event->type() != endOfEvent) runForAWhile();
 }
 
 void QtMainQueue::timerEvent(QTimerEvent*) {
+    runAfterEvent();
     runForAWhile();
 }
 

@@ -16,24 +16,28 @@ namespace vantrel {
 class QtMainQueue final : public QObject, public MainQueue {
 public:
     void post(Task task) override;
+    void postAfterEvent(Task task) override;
 
     /// Drops the tasks that wait and, from now on, every one that is posted. Main thread.
     void close();
 
 protected:
     void customEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private:
     void runForAWhile();
     bool takeNext(Task& task);
     bool fallAsleep();
+    void runAfterEvent();
 
     std::mutex mutex_;
-    std::vector<Task> posted_;  ///< guarded by mutex_
-    bool closed_ = false;       ///< guarded by mutex_
-    bool awake_ = false;        ///< guarded by mutex_; a wake-up or the timer is under way
-    std::deque<Task> waiting_;  ///< main thread only; older than everything in posted_
+    std::vector<Task> posted_;      ///< guarded by mutex_
+    bool closed_ = false;           ///< guarded by mutex_
+    bool awake_ = false;            ///< guarded by mutex_; a wake-up or the timer is under way
+    std::deque<Task> waiting_;      ///< main thread only; older than everything in posted_
+    std::vector<Task> afterEvent_;  ///< main thread only
     QBasicTimer nextTurn_;
 };
 

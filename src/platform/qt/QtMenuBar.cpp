@@ -6,9 +6,11 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <utility>
 
+#include "platform/qt/QtInputHistory.h"
 #include "platform/qt/QtKeys.h"
 
 namespace vantrel {
@@ -16,6 +18,7 @@ namespace vantrel {
 namespace {
 
 constexpr Qt::KeyboardModifiers otherModifiers = Qt::AltModifier | Qt::MetaModifier;
+constexpr Qt::KeyboardModifiers besidesAlt = Qt::ControlModifier | Qt::ShiftModifier | Qt::MetaModifier;
 
 /// A title in which Qt finds no mnemonic.
 QString literally(const std::string& title) {
@@ -40,11 +43,12 @@ bool means(const QKeyEvent& event, const std::string& keyEquivalent) {
     return key.charactersIgnoringModifiers == keyEquivalent;
 }
 
-/// Takes key equivalents out of the application's events before any window sees them. Qt's own shortcuts are
-/// not enough: they know no other keyboard layout than the present one, and ask the focused widget first.
+/// Takes key equivalents, and Alt with a menu's letter, out of the application's events before any window
+/// sees them. Qt's own shortcuts are not enough: they know no other keyboard layout than the present one, and
+/// ask the focused widget first.
 class KeyEquivalents final : public QObject {
 public:
-    explicit KeyEquivalents(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }
+    explicit KeyEquivalents(QMenuBar* bar) : QObject(bar), bar_(*bar) { qApp->installEventFilter(this); }
 
     void add(std::string keyEquivalent, QAction* action) {
         items_.emplace_back(std::move(keyEquivalent), action);
@@ -53,19 +57,41 @@ public:
     bool eventFilter(QObject*, QEvent* event) override {
         const bool isPress = event->type() == QEvent::KeyPress;
         if (!isPress && event->type() != QEvent::ShortcutOverride) return false;
-        if (QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr)
-            return false;
+        if (QApplication::activeModalWidget() != nullptr) return false;
         const auto& key = *static_cast<QKeyEvent*>(event);
-        const auto item =
-            std::ranges::find_if(items_, [&](const auto& candidate) { return means(key, candidate.first); });
-        if (item == items_.end()) return false;
+        const std::function<void()> answer = answerTo(key);
+        if (!answer) return false;
         event->accept();
         // An accepted override says that the press itself is wanted, so Qt starts no shortcut of its own.
-        if (isPress) item->second->trigger();
+        const bool isFirst = QtInputHistory::ofApplication().repeatOf(key) == KeyRepeat::first;
+        if (isPress && isFirst) answer();
         return true;
     }
 
 private:
+    std::function<void()> answerTo(const QKeyEvent& key) const {
+        if (QAction* const menu = menuNamedBy(key)) return [this, menu] { bar_.setActiveAction(menu); };
+        if (QApplication::activePopupWidget() != nullptr) return nullptr;
+        const auto item =
+            std::ranges::find_if(items_, [&](const auto& candidate) { return means(key, candidate.first); });
+        if (item == items_.end()) return nullptr;
+        return [action = item->second] { action->trigger(); };
+    }
+
+    /// The menu that Alt with this key asks for: of those whose title begins with its letter the one after
+    /// that which is open, else the first. Null where there is none.
+    QAction* menuNamedBy(const QKeyEvent& key) const {
+        if (!key.modifiers().testFlag(Qt::AltModifier) || (key.modifiers() & besidesAlt)) return nullptr;
+        const QString letter = QString::fromStdString(charactersWithoutControl(key));
+        if (letter.isEmpty() || !letter.front().isLetter()) return nullptr;
+        QList<QAction*> matches = bar_.actions();
+        matches.removeIf(
+            [&](const QAction* menu) { return !menu->text().startsWith(letter, Qt::CaseInsensitive); });
+        if (matches.isEmpty()) return nullptr;
+        return matches.value(matches.indexOf(bar_.activeAction()) + 1, matches.front());
+    }
+
+    QMenuBar& bar_;
     std::vector<std::pair<std::string, QAction*>> items_;  ///< the menu bar's actions
 };
 

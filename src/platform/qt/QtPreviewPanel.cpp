@@ -59,8 +59,7 @@ QtPreviewWindow& QtPreviewPanel::windowToShow() {
         QtContentWidget* const content = application_.content();
         QWidget* const owner = content == nullptr ? nullptr : content->window();
         window_ = new QtPreviewWindow(owner);
-        window_->setKeyHandler(
-            [this](const KeyEvent& key, QtPreviewWindow::KeyRepeat repeat) { takeKey(key, repeat); });
+        window_->setKeyHandler([this](const KeyEvent& key) { takeKey(key); });
         window_->setHideHandler([this] {
             forget();
             window_->showNothing();
@@ -129,10 +128,10 @@ void QtPreviewPanel::takeContent(const PreviewContent& content) {
     window_->showItem(*item_, *content_);
 }
 
-void QtPreviewPanel::takeKey(const KeyEvent& key, QtPreviewWindow::KeyRepeat repeat) {
+void QtPreviewPanel::takeKey(const KeyEvent& key) {
     if (key.key == Key::escape || key.key == Key::space) {
         // The Space that opened the preview may still be held.
-        if (key.key == Key::escape || repeat == QtPreviewWindow::KeyRepeat::first) orderOut();
+        if (key.key == Key::escape || key.repeat == KeyRepeat::first) orderOut();
     } else if (const auto delegate = delegate_.lock()) {
         delegate->previewPanelHandleKey(key);
         if (isVisible()) follow();

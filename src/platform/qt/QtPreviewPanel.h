@@ -46,7 +46,7 @@ private:
     void follow();
     void load();
     void takeContent(const PreviewContent& content);
-    void takeKey(const KeyEvent& key, QtPreviewWindow::KeyRepeat repeat);
+    void takeKey(const KeyEvent& key);
     void forget();
 
     const QtApplication& application_;

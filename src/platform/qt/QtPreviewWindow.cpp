@@ -1,5 +1,6 @@
 #include "platform/qt/QtPreviewWindow.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QHideEvent>
 #include <QInputMethodEvent>
@@ -11,6 +12,7 @@
 #include "platform/qt/PreviewWords.h"
 #include "platform/qt/QtFace.h"
 #include "platform/qt/QtFontCatalog.h"
+#include "platform/qt/QtInputHistory.h"
 #include "platform/qt/QtKeys.h"
 
 namespace vantrel {
@@ -84,7 +86,7 @@ QtPreviewWindow::QtPreviewWindow(QWidget* parent)
     showNothing();
 }
 
-void QtPreviewWindow::setKeyHandler(std::function<void(const KeyEvent&, KeyRepeat)> handler) {
+void QtPreviewWindow::setKeyHandler(std::function<void(const KeyEvent&)> handler) {
     keyHandler_ = std::move(handler);
 }
 
@@ -133,20 +135,27 @@ void QtPreviewWindow::showPages(const QList<QImage>& pages) {
 }
 
 bool QtPreviewWindow::event(QEvent* event) {
-    const auto take = [this](const QKeyEvent& key) {
-        takeKey(keyEventFrom(key), key.isAutoRepeat() ? KeyRepeat::held : KeyRepeat::first);
-    };
-    return takesKey(*event, take) || QWidget::event(event);
+    return passOn(*event) || takesKey(*event, [this](const QKeyEvent& key) { takeKey(pressedKey(key)); }) ||
+           QWidget::event(event);
+}
+
+// The window system still sends the keys of the moment here when a dialog in the other window awaits them.
+bool QtPreviewWindow::passOn(QEvent& event) {
+    const bool isPress = event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride;
+    QWidget* const owner = parentWidget();
+    if (!isPress || isVisible() || owner == nullptr) return false;
+    QWidget* const receiver = owner->focusWidget() == nullptr ? owner : owner->focusWidget();
+    QCoreApplication::sendEvent(receiver, &event);
+    return true;
 }
 
 void QtPreviewWindow::inputMethodEvent(QInputMethodEvent* event) {
     event->accept();
-    if (!event->commitString().isEmpty())
-        takeKey(keyEventFromCommit(event->commitString()), KeyRepeat::first);
+    if (!event->commitString().isEmpty()) takeKey(keyEventFromCommit(event->commitString()));
 }
 
-void QtPreviewWindow::takeKey(const KeyEvent& key, KeyRepeat repeat) {
-    if (keyHandler_) keyHandler_(key, repeat);
+void QtPreviewWindow::takeKey(const KeyEvent& key) {
+    if (keyHandler_) keyHandler_(key);
 }
 
 void QtPreviewWindow::hideEvent(QHideEvent* event) {

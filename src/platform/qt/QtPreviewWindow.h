@@ -23,9 +23,8 @@ public:
     void showItem(const PreviewItem& item, const PreviewContent& content);
 
     /// Called with every key that is pressed while this window has the keyboard, once; a modifier alone is
-    /// no key. `KeyRepeat` says whether the key is only being held.
-    enum class KeyRepeat { first, held };
-    void setKeyHandler(std::function<void(const KeyEvent&, KeyRepeat)> handler);
+    /// no key. Keys that were typed into it but arrive when it is hidden go on to the window it belongs to.
+    void setKeyHandler(std::function<void(const KeyEvent&)> handler);
 
     /// Called when the window has been hidden or closed, by the user or by the program.
     void setHideHandler(std::function<void()> handler);
@@ -45,11 +44,12 @@ protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
-    void takeKey(const KeyEvent& key, KeyRepeat repeat);
+    void takeKey(const KeyEvent& key);
+    bool passOn(QEvent& event);
     void showPages(const QList<QImage>& pages);
     void showBody(const PreviewItem& item, const PreviewContent& content);
 
-    std::function<void(const KeyEvent&, KeyRepeat)> keyHandler_;
+    std::function<void(const KeyEvent&)> keyHandler_;
     std::function<void()> hideHandler_;
     // All owned by this widget.
     QStackedWidget* stack_;

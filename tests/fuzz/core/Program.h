@@ -90,6 +90,7 @@ private:
     ProbingMainQueue mainQueue_{desktop_.mainQueue};
     ProbingWalkQueue walkQueue_{desktop_.walks};
     test::CountingHost host_;
+    ClickRouter clicks_;
     std::vector<WalkTotals> totals_;  ///< so far, of the walks in the order of their submission
     int operations_ = 0;              ///< on files, before the last event
     bool wasAsked_ = false;           ///< whether a dialog about files was open then

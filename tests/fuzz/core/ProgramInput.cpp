@@ -98,7 +98,7 @@ void Program::chooseMenuItem(Input& input) {
 }
 
 void Program::clickAt(Point place, int clickCount) {
-    dispatchMouseDown(commander(), {.locationInWindow = place, .clickCount = clickCount});
+    clicks_.mouseDown(commander(), {.locationInWindow = place, .clickCount = clickCount});
 }
 
 void Program::click(Input& input) {

@@ -108,6 +108,7 @@ void checkDialog(const OvCommanderView& commander, const test::FakeDesktop& desk
     require(desktop.textFields.alive.size() == fields, "a field lives as long as its dialog");
     if (!dialog) return;
     require(commander.subviews().back() == dialog, "a dialog is on top");
+    require(!desktop.preview.visible, "no preview stands over a dialog");
     require(dialog->frame() == commander.bounds(), "a dialog covers the window");
     require(dialog->selectedButtonIndex() >= 0 &&
                 dialog->selectedButtonIndex() < static_cast<int>(dialog->buttons().size()),
