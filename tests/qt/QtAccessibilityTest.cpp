@@ -156,6 +156,17 @@ TEST_F(QtAccessibilityTest, nothingBehindADialogCanBePressed) {
     EXPECT_THAT(dialog->pressed, ElementsAre(0));
 }
 
+TEST_F(QtAccessibilityTest, nothingCanBePressedOrSelectedWhileTheContentTakesNoActions) {
+    QAccessibleActionInterface& button = *content().child(1)->actionInterface();
+    widget.setTakesActions(false);
+    button.doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(root->pressed.empty());
+    EXPECT_FALSE(tableOf(tableInterface()).selectRow(0));
+    widget.setTakesActions(true);
+    button.doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_THAT(root->pressed, ElementsAre(1));
+}
+
 TEST_F(QtAccessibilityTest, aDialogsHighlightedButtonIsItsDefaultAndHasTheFocus) {
     const auto dialog = openDialog();
     dialog->cursor = 1;

@@ -196,6 +196,15 @@ TEST(QtApplication, afterTerminateAKeyEquivalentDoesNothing) {
     application().setMainMenu({});
 }
 
+TEST(QtApplication, afterTerminateAssistiveTechnologyActsOnNothing) {
+    const auto window = application().makeWindow(options);
+    EXPECT_TRUE(application().content()->takesActions());
+    application().terminate();
+    EXPECT_FALSE(application().content()->takesActions());
+    EXPECT_TRUE(loopEnds());
+    EXPECT_TRUE(application().content()->takesActions());
+}
+
 TEST(QtApplication, terminateTellsItsHandler) {
     int calls = 0;
     application().setTerminationHandler([&] { ++calls; });

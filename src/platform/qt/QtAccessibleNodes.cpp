@@ -40,6 +40,10 @@ QWindow* QtAccessibleNode::window() const {
     return tree_.content().window()->windowHandle();
 }
 
+bool QtAccessibleNode::mayAct() const {
+    return tree_.content().takesActions() && !isBehindDialog(view());
+}
+
 std::size_t QtAccessibleNode::columnsOfTable() const {
     const std::size_t columns = accessible().columnCount();
     precondition(columns > 0, "a table is asked for where there is none");
@@ -127,7 +131,7 @@ QList<int> QtAccessibleView::selectedRows() const {
 }
 
 bool QtAccessibleView::selectRow(int row) {
-    if (row < 0 || row >= rowCount() || isBehindDialog(view())) return false;
+    if (row < 0 || row >= rowCount() || !mayAct()) return false;
     accessible().select(static_cast<std::size_t>(row + 1) * columnsOfTable());
     return true;
 }
@@ -194,7 +198,7 @@ QStringList QtAccessibleElement::actionNames() const {
 }
 
 void QtAccessibleElement::doAction(const QString& name) {
-    if (!actionNames().contains(name) || isBehindDialog(view())) return;
+    if (!actionNames().contains(name) || !mayAct()) return;
     // The action may take the view away, and this interface with it.
     const std::shared_ptr<View> held = view().shared_from_this();
     if (name == pressAction()) {

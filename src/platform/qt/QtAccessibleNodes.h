@@ -25,6 +25,9 @@ public:
 protected:
     QtAccessibleTree& tree() const { return tree_; }
 
+    /// False behind an open dialog, and once the program has been told to end.
+    bool mayAct() const;
+
     /// Never 0: who is no table does not give away the interfaces that come here.
     std::size_t columnsOfTable() const;
 

@@ -140,6 +140,7 @@ void QtApplication::runModal(const Alert& alert) {
 void QtApplication::terminate() {
     // The loop goes on to deliver what the window system has sent already.
     afterTermination_.letDown();
+    if (window_) window_->content().setTakesActions(false);
     if (terminationHandler_) terminationHandler_();
     // Queued, so that it also works before the loop runs. Not quit(), which would ask every window first.
     QMetaObject::invokeMethod(
@@ -149,6 +150,7 @@ void QtApplication::terminate() {
 void QtApplication::run() {
     QApplication::exec();
     afterTermination_.lift();
+    if (window_) window_->content().setTakesActions(true);
 }
 
 void QtApplication::setTerminationHandler(std::function<void()> handler) {

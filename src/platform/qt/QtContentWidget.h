@@ -26,6 +26,10 @@ public:
     /// Null before `setRoot`.
     View* root() const { return root_.get(); }
 
+    /// Whether assistive technology may press and select what it sees; it does so without an event.
+    bool takesActions() const { return takesActions_; }
+    void setTakesActions(bool takes) { takesActions_ = takes; }
+
     /// What assistive technology sees of the views.
     QtAccessibleTree& accessibleTree();
 
@@ -55,7 +59,8 @@ private:
     WheelSteps wheel_;
     QElapsedTimer sinceRedraw_;
     QBasicTimer redrawTimer_;
-    Redraw timedRedraw_ = Redraw::atOnce;               ///< for whom the timer runs
+    Redraw timedRedraw_ = Redraw::atOnce;  ///< for whom the timer runs
+    bool takesActions_ = true;
     std::unique_ptr<QtAccessibleTree> accessibleTree_;  ///< made when somebody asks for it
 };
 
