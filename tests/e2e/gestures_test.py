@@ -169,6 +169,8 @@ class Held(GestureCase):
         self.quit_and_expect_silence()
 
     def test_return_that_closes_a_dialog_enters_nothing(self):
+        # As far down as a minute of repeats would lead.
+        self.session.make_folder("tree/a01" + "/b" * 200)
         title = self.left.title()
         self.session.keys("F1")
         self.expect_dimmed(True)

@@ -33,6 +33,12 @@ class OneLineEach(unittest.TestResult):
         self._say("FAILED", test)
         print(self.errors[-1][1], flush=True)
 
+    def addSubTest(self, test, subtest, err):
+        super().addSubTest(test, subtest, err)
+        if err is not None:
+            self._say("FAILED", subtest)
+            print(self._exc_info_to_string(err, test), flush=True)
+
     def addSkip(self, test, reason):
         super().addSkip(test, reason)
         self._say("skipped", test)
