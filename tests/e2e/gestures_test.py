@@ -182,6 +182,7 @@ class Held(GestureCase):
         self.quit_and_expect_silence()
 
     def test_return_that_answers_in_a_field_enters_nothing(self):
+        self.session.make_folder("tree/a01" + "/b" * 200)
         title = self.left.title()
         self.session.keys("F7", "x")
         self.expect_dimmed(True)
