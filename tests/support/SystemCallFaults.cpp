@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/statvfs.h>
@@ -13,6 +14,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <mutex>
+#include <system_error>
 
 namespace vantrel::test {
 
@@ -124,6 +126,9 @@ VANTREL_CALL(int, fsetxattr, -1, (int file, const char* name, const void* value,
              (file, name, value, size, flags))
 VANTREL_CALL(DIR*, fdopendir, nullptr, (int folder), (folder))
 VANTREL_CALL(struct dirent*, readdir, nullptr, (DIR * stream), (stream))
+VANTREL_CALL(int, getpwuid_r, errno,
+             (uid_t user, struct passwd* record, char* texts, std::size_t size, struct passwd** found),
+             (user, record, texts, size, found))
 VANTREL_CALL(char*, realpath, nullptr, (const char* path, char* resolved), (path, resolved))
 
 VANTREL_PARTIAL_CALL(pread, 1, (int file, void* data, std::size_t size, off_t offset),
@@ -189,6 +194,17 @@ extern "C" long __wrap_syscall(long number, ...) {
     if (number == SYS_openat2 && fails("openat2")) return -1;
     return __real_syscall(number, arguments[0], arguments[1], arguments[2], arguments[3], arguments[4],
                           arguments[5]);
+}
+
+// What std::thread calls to start its thread, in the C++ library's binary interface.
+#define VANTREL_START_THREAD \
+    _ZNSt6thread15_M_start_threadESt10unique_ptrINS_6_StateESt14default_deleteIS1_EEPFvvE
+#define VANTREL_JOINED(a, b) a##b
+#define VANTREL_NAMED(prefix, name) VANTREL_JOINED(prefix, name)
+extern "C" void VANTREL_NAMED(__real_, VANTREL_START_THREAD)(void* thread, void* state, void (*unused)());
+extern "C" void VANTREL_NAMED(__wrap_, VANTREL_START_THREAD)(void* thread, void* state, void (*unused)()) {
+    if (fails("pthread_create")) throw std::system_error(errno, std::generic_category());
+    VANTREL_NAMED(__real_, VANTREL_START_THREAD)(thread, state, unused);
 }
 
 // NOLINTEND(bugprone-reserved-identifier)

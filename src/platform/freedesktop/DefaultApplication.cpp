@@ -5,8 +5,8 @@
 #include <gio/gio.h>
 #include <unistd.h>
 
-#include "platform/PathLocation.h"
 #include "platform/Paths.h"
+#include "platform/freedesktop/Launch.h"
 #include "platform/freedesktop/SessionBus.h"
 
 namespace vantrel {
@@ -28,8 +28,7 @@ bool start(GAppInfo* application, const std::string& path) {
     if (!G_IS_DESKTOP_APP_INFO(application)) return false;
     std::string url = paths::fileUrl(path);
     GList urls{.data = url.data(), .next = nullptr, .prev = nullptr};
-    const Result<FileDescriptor> folder =
-        openPath(paths::deletingLastComponent(path), O_RDONLY | O_DIRECTORY);
+    const Result<FileDescriptor> folder = launching::openToEnter(paths::deletingLastComponent(path));
     ChildSetup setup{folder ? folder.value().number() : -1};
     const FileDescriptor null(::open("/dev/null", O_RDWR | O_CLOEXEC));
     // Without a callback for its number the child is nobody's to wait for.

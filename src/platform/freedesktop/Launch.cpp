@@ -38,7 +38,7 @@ Result<Plan> prepare(const std::vector<std::string>& arguments, const std::strin
             const_cast<char*>(argument.c_str()));  // execv takes them so and writes nothing
     plan.arguments.push_back(nullptr);
     if (!folder.empty()) {
-        Result<FileDescriptor> opened = openPath(folder, O_RDONLY | O_DIRECTORY);
+        Result<FileDescriptor> opened = openToEnter(folder);
         if (!opened) return opened.error();
         plan.folder = std::move(*opened);
     }
@@ -104,6 +104,15 @@ std::optional<std::string> programOnPath(const std::string& name) {
         if (isExecutableFile(candidate)) return candidate;
     }
     return std::nullopt;
+}
+
+Result<FileDescriptor> openToEnter(const std::string& folder) {
+#ifdef O_PATH
+    constexpr int access = O_PATH;
+#else
+    constexpr int access = O_SEARCH;
+#endif
+    return openPath(folder, access | O_DIRECTORY);
 }
 
 std::error_code launch(const std::vector<std::string>& arguments, const std::string& folder) {

@@ -5,6 +5,9 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/FileDescriptor.h"
+#include "platform/Result.h"
+
 /// Starts other programs and lets go of them. Any thread.
 namespace vantrel::launching {
 
@@ -12,9 +15,12 @@ namespace vantrel::launching {
 /// slash and is executable.
 std::optional<std::string> programOnPath(const std::string& name);
 
+/// A descriptor for fchdir(2), whose caller needs to be allowed to enter the folder but not to read it.
+Result<FileDescriptor> openToEnter(const std::string& folder);
+
 /// Starts the program at the path `arguments[0]` with the folder as its working directory, or this process's
 /// where that is empty. It gets a session of its own and the null device for its input and output, and nobody
-/// has to wait for it: it becomes init's child. Returns when the program has started; fails as open(2) does
+/// has to wait for it: it becomes init's child. Returns when the program has started; fails as chdir(2) does
 /// on the folder and as execve(2) does on the program.
 std::error_code launch(const std::vector<std::string>& arguments, const std::string& folder);
 
