@@ -56,9 +56,9 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::openStartFolder(OvPanelView& panel, const std::optional<std::string>& path) {
-    if (!path || path->empty()) return;
+    if (!path) return;
     const std::string absolute = desktop_.process.absolutePath(*path);
-    if (desktop_.files.targetOf(absolute) == PathTarget::missing) return;
+    if (absolute.empty() || desktop_.files.targetOf(absolute) == PathTarget::missing) return;
     panel.setCurrentPath(absolute);
 }
 

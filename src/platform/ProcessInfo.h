@@ -23,7 +23,8 @@ public:
     virtual std::string userName() const = 0;
 
     /// `path` itself when absolute, else below the current folder, without "." and, as far as that names the
-    /// same folder, without "..". An empty path stays empty.
+    /// same folder, without "..". An empty path stays empty; a relative one becomes so when the current
+    /// folder is gone, for it names nothing then.
     virtual std::string absolutePath(const std::string& path) const = 0;
 };
 

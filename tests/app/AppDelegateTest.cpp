@@ -110,6 +110,16 @@ TEST_F(AppDelegateTest, aRelativePathIsMadeAbsolute) {
     EXPECT_EQ(leftPath(), "/start/inside");
 }
 
+TEST_F(AppDelegateTest, aRelativePathNamesNothingWhenTheWorkingFolderIsGone) {
+    desktop.process.isCurrentDirectoryGone = true;
+    desktop.files.addFile("/", "x");
+    desktop.files.addFile("/inside", "x");
+    launched({"inside", "/data"});
+    EXPECT_EQ(leftPath(), "/");
+    EXPECT_EQ(rightPath(), "/data");
+    EXPECT_TRUE(desktop.output.lines.empty());
+}
+
 TEST_F(AppDelegateTest, existenceIsEnoughSoAPlainFilePassesAndListsAsUnreadable) {
     launched({"/data/x"});
     EXPECT_EQ(leftPath(), "/data/x");

@@ -5,11 +5,13 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <climits>
 #include <filesystem>
 
 #include "platform/PathLocation.h"
 #include "support/ScopedEnvironment.h"
+#include "support/SystemCallFaults.h"
 #include "support/TemporaryFolder.h"
 
 namespace vantrel {
@@ -42,6 +44,11 @@ std::string realPath(const std::string& path) {
 
 const PosixProcessInfo process;
 
+/// What a process that starts now would say.
+std::string homeNow() {
+    return PosixProcessInfo().homeDirectory();
+}
+
 }  // namespace
 
 TEST(PosixProcessInfo, namesTheCurrentFolder) {
@@ -56,7 +63,16 @@ TEST(PosixProcessInfo, namesTheRootWhenTheCurrentFolderIsGone) {
     const ScopedCurrentFolder scope(gone);
     ASSERT_EQ(::rmdir(gone.c_str()), 0);
     EXPECT_EQ(process.currentDirectoryPath(), "/");
-    EXPECT_EQ(process.absolutePath("below"), "/below");
+}
+
+TEST(PosixProcessInfo, aRelativePathNamesNothingWhenTheCurrentFolderIsGone) {
+    const TemporaryFolder folder;
+    const std::string gone = folder.makeFolder("gone");
+    const ScopedCurrentFolder scope(gone);
+    ASSERT_EQ(::rmdir(gone.c_str()), 0);
+    for (const char* const path : {"etc", ".", "..", "./etc", "../etc"})
+        EXPECT_EQ(process.absolutePath(path), "") << path;
+    EXPECT_EQ(process.absolutePath("/etc"), "/etc");
 }
 
 TEST(PosixProcessInfo, namesACurrentFolderThatIsDeeperThanPathMax) {
@@ -68,14 +84,14 @@ TEST(PosixProcessInfo, namesACurrentFolderThatIsDeeperThanPathMax) {
 
 TEST(PosixProcessInfo, takesTheHomeFolderFromTheEnvironmentWhereItIsAbsolute) {
     const ScopedEnvironment home("HOME", "/home/some one");
-    EXPECT_EQ(process.homeDirectory(), "/home/some one");
+    EXPECT_EQ(homeNow(), "/home/some one");
 }
 
 TEST(PosixProcessInfo, spellsTheHomeFolderAsThePathsBelowItBegin) {
     for (const auto& [spelling, expected] :
          {std::pair{"/home/ann/", "/home/ann"}, {"//home//ann", "/home/ann"}, {"//", "/"}}) {
         const ScopedEnvironment home("HOME", spelling);
-        EXPECT_EQ(process.homeDirectory(), expected);
+        EXPECT_EQ(homeNow(), expected);
     }
 }
 
@@ -85,7 +101,7 @@ TEST(PosixProcessInfo, takesTheHomeFolderFromTheUserDatabaseOtherwise) {
     const std::string expected = user->pw_dir;
     for (const std::optional<std::string>& value : {std::optional<std::string>(), {""}, {"relative"}}) {
         const ScopedEnvironment home("HOME", value);
-        EXPECT_EQ(process.homeDirectory(), expected);
+        EXPECT_EQ(homeNow(), expected);
     }
 }
 
@@ -98,7 +114,41 @@ TEST(PosixProcessInfo, knowsTheHomeFoldersOfOtherUsers) {
 TEST(PosixProcessInfo, namesTheUserByTheDatabaseWhateverTheEnvironmentSays) {
     if (::geteuid() != 0) GTEST_SKIP() << "root's name is the only one that every system agrees on";
     const ScopedEnvironment user("USER", "somebody");
-    EXPECT_EQ(process.userName(), "root");
+    EXPECT_EQ(PosixProcessInfo().userName(), "root");
+}
+
+TEST(PosixProcessInfo, asksTheUserDatabaseOnceHoweverOftenItIsAsked) {
+    const ScopedEnvironment noHome("HOME", std::nullopt);
+    std::atomic<int> questions{0};
+    const test::SystemCallFaults counted([&](std::string_view call) {
+        questions += call == "getpwuid_r" ? 1 : 0;
+        return 0;
+    });
+    const PosixProcessInfo asked;
+    for (int repaint = 0; repaint < 100; ++repaint) {
+        EXPECT_EQ(asked.homeDirectory(), asked.homeDirectory());
+        EXPECT_EQ(asked.userName(), asked.userName());
+    }
+    EXPECT_EQ(questions, 1);
+}
+
+TEST(PosixProcessInfo, keepsTheHomeFolderThatItBeganWith) {
+    const ScopedEnvironment before("HOME", "/home/ann");
+    const PosixProcessInfo asked;
+    EXPECT_EQ(asked.homeDirectory(), "/home/ann");
+    const ScopedEnvironment after("HOME", "/home/bob");
+    EXPECT_EQ(asked.homeDirectory(), "/home/ann");
+}
+
+TEST(PosixProcessInfo, doesNotAskTheUserDatabaseForAHomeThatTheEnvironmentNames) {
+    const ScopedEnvironment home("HOME", "/home/ann");
+    std::atomic<int> questions{0};
+    const test::SystemCallFaults counted([&](std::string_view call) {
+        questions += call == "getpwuid_r" ? 1 : 0;
+        return 0;
+    });
+    EXPECT_EQ(homeNow(), "/home/ann");
+    EXPECT_EQ(questions, 0);
 }
 
 TEST(PosixProcessInfo, leavesACleanAbsolutePathAsItIs) {

@@ -42,7 +42,9 @@ public:
 
 class FakeProcessInfo final : public ProcessInfo {
 public:
-    std::string currentDirectoryPath() const override { return currentDirectory; }
+    std::string currentDirectoryPath() const override {
+        return isCurrentDirectoryGone ? "/" : currentDirectory;
+    }
     std::string homeDirectory() const override { return home; }
     std::optional<std::string> homeDirectoryOf(const std::string& name) const override {
         const auto found = homes.find(name);
@@ -51,10 +53,12 @@ public:
     }
     std::string userName() const override { return user; }
     std::string absolutePath(const std::string& path) const override {
-        return path.starts_with('/') ? path : currentDirectory + "/" + path;
+        if (path.empty() || path.starts_with('/')) return path;
+        return isCurrentDirectoryGone ? "" : currentDirectory + "/" + path;
     }
 
     std::string currentDirectory = "/start";
+    bool isCurrentDirectoryGone = false;
     std::string home = "/Users/ann";
     std::string user = "ann";
     std::map<std::string, std::string> homes;

@@ -24,14 +24,16 @@ struct Free {
 };
 using AllocatedText = std::unique_ptr<char, Free>;
 
-struct User {
-    std::string name;
-    std::string home;
-};
+std::optional<std::string> currentFolder() {
+    const AllocatedText path(::getcwd(nullptr, 0));
+    // Older C libraries put "(unreachable)" before a folder outside this process's root.
+    if (path == nullptr || path.get()[0] != '/') return std::nullopt;
+    return path.get();
+}
 
 /// The record that `lookUp` (getpwuid_r or getpwnam_r, its first argument bound) finds, or nothing.
 template <class LookUp>
-std::optional<User> findUser(LookUp lookUp) {
+std::optional<PosixProcessInfo::User> findUser(LookUp lookUp) {
     std::vector<char> texts(1024);
     passwd record{};
     passwd* found = nullptr;
@@ -40,10 +42,10 @@ std::optional<User> findUser(LookUp lookUp) {
         if (error == ERANGE) texts.resize(texts.size() * 2);
     }
     if (error != 0 || found == nullptr) return std::nullopt;
-    return User{.name = record.pw_name, .home = record.pw_dir};
+    return PosixProcessInfo::User{.name = record.pw_name, .home = record.pw_dir};
 }
 
-std::optional<User> thisUser() {
+std::optional<PosixProcessInfo::User> thisUser() {
     return findUser([](auto... arguments) { return ::getpwuid_r(::geteuid(), arguments...); });
 }
 
@@ -100,17 +102,38 @@ bool namesTheSame(const std::string& path, const std::string& other) {
 
 }  // namespace
 
+const std::optional<PosixProcessInfo::User>& PosixProcessInfo::user() const {
+    if (!wasUserRead_) user_ = thisUser();
+    wasUserRead_ = true;
+    return user_;
+}
+
 std::string PosixProcessInfo::currentDirectoryPath() const {
-    const AllocatedText path(::getcwd(nullptr, 0));
-    // Older C libraries put "(unreachable)" before a folder outside this process's root.
-    return path != nullptr && isAbsolute(path.get()) ? path.get() : "/";
+    return currentFolder().value_or("/");
 }
 
 std::string PosixProcessInfo::homeDirectory() const {
+    if (!home_) home_ = readHome();
+    return *home_;
+}
+
+std::string PosixProcessInfo::readHome() const {
     const std::string home = environmentValue("HOME");
     if (isAbsolute(home)) return withoutNeedlessSlashes(home);
-    const std::optional<User> user = thisUser();
-    return user && isAbsolute(user->home) ? withoutNeedlessSlashes(user->home) : "/";
+    return user() && isAbsolute(user()->home) ? withoutNeedlessSlashes(user()->home) : "/";
+}
+
+std::string PosixProcessInfo::userName() const {
+    if (!userName_) userName_ = readUserName();
+    return *userName_;
+}
+
+std::string PosixProcessInfo::readUserName() const {
+    if (user()) return user()->name;
+    for (const char* const variable : {"USER", "LOGNAME"}) {
+        if (std::string name = environmentValue(variable); !name.empty()) return name;
+    }
+    return std::to_string(::geteuid());
 }
 
 std::optional<std::string> PosixProcessInfo::homeDirectoryOf(const std::string& userName) const {
@@ -120,17 +143,14 @@ std::optional<std::string> PosixProcessInfo::homeDirectoryOf(const std::string& 
     return user->home;
 }
 
-std::string PosixProcessInfo::userName() const {
-    if (const std::optional<User> user = thisUser()) return user->name;
-    for (const char* const variable : {"USER", "LOGNAME"}) {
-        if (std::string name = environmentValue(variable); !name.empty()) return name;
-    }
-    return std::to_string(::geteuid());
-}
-
 std::string PosixProcessInfo::absolutePath(const std::string& path) const {
     if (path.empty()) return path;
-    const std::string absolute = isAbsolute(path) ? path : currentDirectoryPath() + '/' + path;
+    std::string absolute = path;
+    if (!isAbsolute(path)) {
+        const std::optional<std::string> start = currentFolder();
+        if (!start) return "";
+        absolute = *start + '/' + path;
+    }
     std::string withParentSteps = withoutNeedlessSlashes(absolute);
     std::string direct = joined(componentsOf(absolute, ParentSteps::removed));
     if (direct == withParentSteps || namesTheSame(direct, withParentSteps)) return direct;

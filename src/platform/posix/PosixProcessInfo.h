@@ -4,9 +4,16 @@
 
 namespace vantrel {
 
-/// This process and its user by the environment and the user database.
+/// This process and its user by the environment and the user database. Home and user are read when they are
+/// first asked for, and kept: every repaint wants them, and the database may be on another machine.
 class PosixProcessInfo final : public ProcessInfo {
 public:
+    /// What the user database says of somebody.
+    struct User {
+        std::string name;
+        std::string home;
+    };
+
     std::string currentDirectoryPath() const override;
     /// $HOME where it is absolute, else the user database's answer, else "/".
     std::string homeDirectory() const override;
@@ -17,6 +24,16 @@ public:
     /// the system sees; where a link stands before it the answer is the path without links, and where nothing
     /// exists the ".." stays.
     std::string absolutePath(const std::string& path) const override;
+
+private:
+    const std::optional<User>& user() const;
+    std::string readHome() const;
+    std::string readUserName() const;
+
+    mutable bool wasUserRead_ = false;
+    mutable std::optional<User> user_;
+    mutable std::optional<std::string> home_;
+    mutable std::optional<std::string> userName_;
 };
 
 }  // namespace vantrel
