@@ -1,6 +1,7 @@
 #include "panel/ItemOrder.h"
 
 #include <algorithm>
+#include <chrono>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +20,7 @@ struct Row {
     bool isFile;  // folders first
     std::int64_t number = 0;
     const std::string* extension = nullptr;
-    std::int64_t nameBeginning = 0;
+    std::int64_t nameBeginning = 0;  // or what further number the field needs
     const std::string* naturalName = nullptr;
     std::size_t place = 0;  // before the sort
     std::shared_ptr<FileItem> item;
@@ -54,6 +55,13 @@ void compareByExtension(Row& row) {
     compareByName(row);
 }
 
+// Newest first. The nanoseconds of a far date do not fit into one number.
+void compareByDate(Row& row) {
+    const auto second = std::chrono::floor<std::chrono::seconds>(row.item->modDate);
+    row.number = largestFirst(static_cast<std::int64_t>(second.time_since_epoch().count()));
+    row.nameBeginning = largestFirst(static_cast<std::int64_t>((row.item->modDate - second).count()));
+}
+
 Row makeRow(std::shared_ptr<FileItem> item, SortField field, std::size_t place) {
     const bool isFile = !item->isDirectory;
     Row row{.isFile = isFile, .place = place, .item = std::move(item)};
@@ -62,7 +70,7 @@ Row makeRow(std::shared_ptr<FileItem> item, SortField field, std::size_t place) 
             row.number = largestFirst(row.item->effectiveSize());
             break;
         case SortField::date:
-            row.number = largestFirst(row.item->modDate.time_since_epoch().count());
+            compareByDate(row);
             break;
         case SortField::ext:
             compareByExtension(row);

@@ -4,7 +4,11 @@
 
 namespace vantrel {
 
-/// A moment of the user's calendar, as file systems keep it.
-using FileTime = std::chrono::sys_time<std::chrono::nanoseconds>;
+/// So that <chrono> can count in them; ISO C++ has no name for them.
+__extension__ using Wide = __int128;
+
+/// A moment of the user's calendar, as file systems keep it: to the nanosecond, in seconds of 64 bits. In
+/// nanoseconds of 64 bits there would be no year after 2262.
+using FileTime = std::chrono::sys_time<std::chrono::duration<Wide, std::nano>>;
 
 }  // namespace vantrel

@@ -1,9 +1,11 @@
 #include "text/Text.h"
 
+#include <algorithm>
 #include <ctime>
 #include <map>
 #include <memory>
 
+#include <unicode/gregocal.h>
 #include <unicode/numberformatter.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
@@ -14,6 +16,10 @@
 namespace vantrel::text {
 
 namespace {
+
+// Four digits of a year: 0001-01-01 00:00 to the last millisecond of 9999, since 1970.
+constexpr UDate firstMoment = -62'135'596'800'000;
+constexpr UDate lastMoment = 253'402'300'799'999;
 
 /// Formatters of one kind for the locale that was used last in this thread. They are not thread-safe, and
 /// making one costs a thousand times what using it does.
@@ -50,21 +56,30 @@ std::unique_ptr<icu::SimpleDateFormat> makeDateFormat(const icu::Locale& locale,
     auto format = std::make_unique<icu::SimpleDateFormat>(toUnicode(pattern), locale, status);
     if (U_FAILURE(status)) return nullptr;
     format->setTimeZone(*icu::TimeZone::getGMT());
+    if (const auto* const calendar = dynamic_cast<const icu::GregorianCalendar*>(format->getCalendar())) {
+        // ICU would go over to the Julian calendar in 1582, which other programs of this system do not.
+        auto proleptic = std::unique_ptr<icu::GregorianCalendar>(calendar->clone());
+        proleptic->setGregorianChange(firstMoment, status);
+        format->adoptCalendar(proleptic.release());
+    }
     return format;
 }
 
 /// Milliseconds since 1970 of the moment at which a clock in Greenwich shows what the user's clock showed at
-/// `date`. ICU knows a time zone by its name only; the C library knows every TZ that POSIX allows.
+/// `date`, or of the nearest one that can be shown. ICU knows a time zone by its name only; the C library
+/// knows every TZ that POSIX allows.
 UDate wallClockMoment(FileTime date) {
-    // By way of milliseconds: the second that holds the first moment begins too early for nanoseconds.
-    const auto wholeMilliseconds = std::chrono::floor<std::chrono::milliseconds>(date);
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(wholeMilliseconds);
-    const auto milliseconds = wholeMilliseconds - seconds;
-    const std::time_t moment = seconds.time_since_epoch().count();
+    // So far beyond what is shown that no time zone brings it back, and yet no trouble to any library.
+    constexpr FileTime furthest{FileTime::duration(std::chrono::seconds(300'000'000'000))};
+    const FileTime near = std::clamp(date, -furthest.time_since_epoch() + FileTime(), furthest);
+    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(near);
+    const auto second = std::chrono::floor<std::chrono::seconds>(milliseconds);
+    const auto moment = static_cast<std::time_t>(second.time_since_epoch().count());
     std::tm local{};
     const long offset = localtime_r(&moment, &local) != nullptr ? local.tm_gmtoff : 0;
-    return (static_cast<double>(moment) + static_cast<double>(offset)) * 1000 +
-           static_cast<double>(milliseconds.count());
+    const double wallClock = (static_cast<double>(moment) + static_cast<double>(offset)) * 1000 +
+                             static_cast<double>((milliseconds - second).count());
+    return std::clamp(wallClock, firstMoment, lastMoment);
 }
 
 }  // namespace

@@ -52,7 +52,9 @@ bool beginsWithLetterOrNumber(std::string_view text);
 std::string groupedDecimal(std::int64_t value);
 
 /// `date` in the user's time zone and locale (LC_TIME) by an ICU date pattern such as "yyyy-MM-dd" or
-/// "HH:mm". The time zone is the C library's, so every TZ that POSIX allows means the same here.
+/// "HH:mm". The time zone is the C library's, so every TZ that POSIX allows means the same here. Today's
+/// calendar goes on into the past; what lies before the year 1 or after 9999 is shown as the first or the
+/// last moment of these.
 std::string formattedDate(FileTime date, std::string_view pattern);
 
 }  // namespace vantrel::text

@@ -43,7 +43,7 @@ std::vector<std::string> sorted(ItemList items, SortField field, SortDirection d
 }
 
 FileTime day(int number) {
-    return FileTime(std::chrono::days(number));
+    return FileTime(FileTime::duration(std::chrono::days(number)));
 }
 
 TEST(ItemOrder, theParentRowIsFirstWhateverTheFieldAndDirection) {
@@ -98,6 +98,16 @@ TEST(ItemOrder, ascendingDatesRunNewestFirst) {
     const ItemList items{file("old", 0, day(1)), file("new", 0, day(3)), file("mid", 0, day(2))};
     EXPECT_THAT(sorted(items, date, ascending), ElementsAre("new", "mid", "old"));
     EXPECT_THAT(sorted(items, date, descending), ElementsAre("old", "mid", "new"));
+}
+
+TEST(ItemOrder, datesAreComparedToTheNanosecondHoweverFarAway) {
+    const auto later = [](FileTime date) { return date + std::chrono::nanoseconds(1); };
+    const FileTime ancient = day(-700'000);  // the year 53
+    const FileTime far = day(2'900'000);     // the year 9909
+    const ItemList items{file("ancient", 0, ancient), file("far", 0, far), file("today", 0, day(20'000)),
+                         file("later", 0, later(far)), file("younger", 0, later(ancient))};
+    EXPECT_THAT(sorted(items, date, ascending), ElementsAre("later", "far", "today", "younger", "ancient"));
+    EXPECT_THAT(sorted(items, date, descending), ElementsAre("ancient", "younger", "today", "far", "later"));
 }
 
 TEST(ItemOrder, extensionsRunByCodePointAndEqualOnesByName) {

@@ -13,7 +13,9 @@
 #include <map>
 
 #include "platform/PathLocation.h"
+#include "support/ScopedEnvironment.h"
 #include "support/TemporaryFolder.h"
+#include "text/Text.h"
 
 namespace vantrel {
 
@@ -108,12 +110,26 @@ TEST_F(PosixFileManagerTest, tellsDatesBefore1970) {
     EXPECT_EQ(only(folder.path()).attributes->modificationDate.time_since_epoch().count(), -4'750'000'000);
 }
 
-TEST_F(PosixFileManagerTest, tellsTheLastDateThereIsForFilesFromBeyondIt) {
-    const std::string path = folder.makeFile("file");
-    const timespec times[2] = {{0, 0}, {253'370'764'800, 5}};  // the year 9999
-    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
-    // Some file systems end earlier, but still later than 2262.
-    EXPECT_EQ(only(folder.path()).attributes->modificationDate, FileTime::max());
+TEST_F(PosixFileManagerTest, tellsDatesAsFarAwayAsAFileSystemKeepsThem) {
+    const test::ScopedEnvironment zone("TZ", "UTC");
+    const TemporaryFolder memory(
+        test::quickPlace());  // the file systems of disks end earlier, with a date of their own
+    const std::string path = memory.makeFile("file");
+    for (const auto& [second, expected] : {std::pair{10'413'792'000, "2300-01-01 00:00:00"},
+                                           {13'569'465'600, "2400-01-01 00:00:00"},
+                                           {253'402'300'799, "9999-12-31 23:59:59"},
+                                           {-30'610'224'000, "1000-01-01 00:00:00"},
+                                           {-62'135'596'800, "0001-01-01 00:00:00"}}) {
+        const timespec times[2] = {{0, 0}, {second, 123'456'789}};
+        ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+        struct stat status {};
+        ASSERT_EQ(::lstat(path.c_str(), &status), 0);
+        if (status.st_mtim.tv_sec != second) GTEST_SKIP() << "no file system here keeps such dates";
+        const FileTime date = only(memory.path()).attributes->modificationDate;
+        EXPECT_EQ(text::formattedDate(date, "yyyy-MM-dd HH:mm:ss"), expected);
+        const auto fraction = date - std::chrono::floor<std::chrono::seconds>(date);
+        EXPECT_EQ(static_cast<int>(fraction.count()), 123'456'789);
+    }
 }
 
 TEST_F(PosixFileManagerTest, followsALinkForItsTargetOnly) {

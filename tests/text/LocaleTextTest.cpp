@@ -108,10 +108,29 @@ TEST(FormattedDate, isInTheTimeZoneOfTheCLibrary) {
     EXPECT_EQ(formattedDate(moment(julyNoon), "HH:mm"), "12:00");
 }
 
-TEST(FormattedDate, reachesFromTheFirstMomentToTheLast) {
+TEST(FormattedDate, showsEveryDateOfFourDigitYearsAsItIs) {
     const ScopedEnvironment zone("TZ", "UTC");
-    EXPECT_EQ(formattedDate(FileTime::min(), "yyyy-MM-dd HH:mm:ss"), "1677-09-21 00:12:43");
-    EXPECT_EQ(formattedDate(FileTime::max(), "yyyy-MM-dd HH:mm:ss"), "2262-04-11 23:47:16");
+    using namespace std::chrono;
+    // The calendar of today all the way back, as the other programs of this system have it.
+    for (const auto& [date, expected] : {std::pair{year(1) / 1 / 1, "0001-01-01 23:59"},
+                                         {year(1500) / 2 / 28, "1500-02-28 23:59"},
+                                         {year(1582) / 10 / 10, "1582-10-10 23:59"},
+                                         {year(1677) / 9 / 20, "1677-09-20 23:59"},
+                                         {year(2262) / 4 / 12, "2262-04-12 23:59"},
+                                         {year(2300) / 1 / 1, "2300-01-01 23:59"},
+                                         {year(2400) / 2 / 29, "2400-02-29 23:59"},
+                                         {year(9999) / 12 / 31, "9999-12-31 23:59"}}) {
+        const auto minutes = sys_days(date).time_since_epoch() + hours(23) + std::chrono::minutes(59);
+        EXPECT_EQ(formattedDate(FileTime(FileTime::duration(minutes)), "yyyy-MM-dd HH:mm"), expected);
+    }
+}
+
+TEST(FormattedDate, showsTheLastAndTheFirstOfThemForDatesBeyond) {
+    for (const char* const name : {"UTC", "XYZ11:30", "XYZ-13"}) {
+        const ScopedEnvironment zone("TZ", name);
+        EXPECT_EQ(formattedDate(FileTime::max(), "yyyy-MM-dd HH:mm:ss"), "9999-12-31 23:59:59");
+        EXPECT_EQ(formattedDate(FileTime::min(), "yyyy-MM-dd HH:mm:ss"), "0001-01-01 00:00:00");
+    }
 }
 
 TEST(FormattedDate, isWrittenInTheUsersLanguage) {

@@ -52,13 +52,9 @@ PathTarget targetOf(const std::optional<struct stat>& status) {
     return S_ISDIR(status->st_mode) ? PathTarget::directory : PathTarget::file;
 }
 
-// File systems reach further than FileTime does, which ends in 1677 and 2262.
 FileTime modificationDateOf(const struct stat& status) {
-    constexpr auto furthest = std::chrono::floor<std::chrono::seconds>(FileTime::duration::max()).count();
-    if (status.st_mtim.tv_sec >= furthest) return FileTime::max();
-    if (status.st_mtim.tv_sec <= -furthest) return FileTime::min();
-    return FileTime(std::chrono::seconds(status.st_mtim.tv_sec) +
-                    std::chrono::nanoseconds(status.st_mtim.tv_nsec));
+    const FileTime second{FileTime::duration(std::chrono::seconds(status.st_mtim.tv_sec))};
+    return second + std::chrono::nanoseconds(status.st_mtim.tv_nsec);
 }
 
 DirectoryEntry entryNamed(const char* name, int folder) {

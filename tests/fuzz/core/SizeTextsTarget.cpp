@@ -87,14 +87,19 @@ void checkColumn(Input& input, std::int64_t bytes) {
     }
 }
 
-void checkDate(std::int64_t nanoseconds) {
-    const FileTime moment{std::chrono::nanoseconds(nanoseconds)};
+void checkDate(std::int64_t number) {
+    // Any second of the years that have four digits.
+    constexpr std::int64_t first = -62'135'596'800;
+    constexpr std::int64_t last = 253'402'300'799;
+    const auto second =
+        static_cast<std::int64_t>(static_cast<std::uint64_t>(number) % (last - first + 1)) + first;
+    const FileTime moment{FileTime::duration(std::chrono::seconds(second))};
     const FileItem item({.name = "f", .path = "/f", .modDate = moment});
     require(isDrawable(item.formattedDate()) && isDrawable(item.formattedTime()), "dates can be drawn");
     const test::ScopedLocale english("en_US.UTF-8");
     const test::ScopedEnvironment zone("TZ", "UTC");
-    // In minutes, because the first day that can be told begins too early for nanoseconds.
-    const auto minute = std::chrono::floor<std::chrono::minutes>(moment);
+    const auto minute =
+        std::chrono::floor<std::chrono::minutes>(std::chrono::sys_seconds(std::chrono::seconds(second)));
     const auto day = std::chrono::floor<std::chrono::days>(minute);
     const std::chrono::year_month_day date(day);
     const auto minutes = (minute - day).count();
