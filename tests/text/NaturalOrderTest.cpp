@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <compare>
+#include <iterator>
+#include <random>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "support/ScopedEnvironment.h"
@@ -36,6 +40,79 @@ TEST(NaturalSortKey, comparesRunsOfDigitsByValue) {
     expectKeptOrder({"file1", "file2", "file9.txt", "file10", "file010x", "file100"});
     expectKeptOrder({"1.9", "1.10", "2.0"});
     expectKeptOrder({"99999999999999999999", "100000000000000000000"});
+}
+
+TEST(NaturalSortKey, comparesRunsOfDigitsByValueAtAnyLength) {
+    const auto nines = [](std::size_t count) { return std::string(count, '9'); };
+    const auto power = [](std::size_t zeros) { return "1" + std::string(zeros, '0'); };
+    for (const char* const locale : {"en_US.UTF-8", "de_DE.UTF-8", "ja_JP.UTF-8", "C"}) {
+        const ScopedLocale language(locale);
+        expectKeptOrder({nines(253), power(253), nines(254), power(254), nines(255), power(255), power(256)});
+        expectKeptOrder({power(254), power(253) + "1", "2" + std::string(254, '0')});
+        expectKeptOrder({"a" + nines(254) + "z", "a" + power(254), "a" + power(254) + "b", "b"});
+        expectKeptOrder({"000" + nines(254), power(254), "0" + power(253) + "1"});
+        expectKeptOrder({power(600), power(599) + "1", nines(601), power(601)});
+        // Fullwidth digits: three bytes each.
+        std::string wide;
+        for (int i = 0; i < 255; ++i) wide += "\uFF11";
+        expectKeptOrder({nines(254), power(254), wide, "2" + std::string(254, '0')});
+    }
+}
+
+namespace {
+
+/// Letters and long runs of digits around the length at which a language's rules begin to count pieces.
+std::string randomName(std::mt19937& random) {
+    std::string name;
+    for (std::size_t parts = 1 + random() % 3; parts > 0; --parts) {
+        if (random() % 2 == 0) name += static_cast<char>('a' + random() % 3);
+        const std::size_t length = random() % 4 == 0 ? random() % 4 : 250 + random() % 8;
+        // Mostly alike, so that the difference stands anywhere.
+        std::string digits(length, random() % 2 == 0 ? '9' : '0');
+        if (length > 0 && random() % 2 == 0)
+            digits[random() % length] = static_cast<char>('0' + random() % 10);
+        if (length > 0 && random() % 2 == 0) digits[0] = '1';
+        name += digits;
+    }
+    return name;
+}
+
+/// A run of digits as its length without leading zeros and the digits, anything else as it is.
+std::vector<std::pair<std::size_t, std::string>> partsOf(const std::string& name) {
+    std::vector<std::pair<std::size_t, std::string>> parts;
+    for (std::size_t at = 0; at < name.size();) {
+        const std::size_t end = std::min(name.find_first_not_of("0123456789", at), name.size());
+        if (end == at) {
+            parts.emplace_back(std::string::npos, std::string(1, name[at++]));
+            continue;
+        }
+        const std::size_t first = std::min(name.find_first_not_of('0', at), end);
+        parts.emplace_back(end - first, name.substr(first, end - first));
+        at = end;
+    }
+    return parts;
+}
+
+}  // namespace
+
+TEST(NaturalSortKey, keepsTheOrderOfValuesAmongRandomLongNumbers) {
+    const ScopedLocale english("en_US.UTF-8");
+    std::mt19937 random(1);
+    std::vector<std::string> names(300);
+    std::ranges::generate(names, [&] { return randomName(random); });
+    std::vector<std::string> keys;
+    std::ranges::transform(names, std::back_inserter(keys),
+                           [](const auto& name) { return naturalSortKey(name); });
+    int decided = 0;
+    for (std::size_t a = 0; a < names.size(); ++a) {
+        for (std::size_t b = 0; b < names.size(); ++b) {
+            const auto order = partsOf(names[a]) <=> partsOf(names[b]);
+            if (std::is_eq(order)) continue;  // leading zeros
+            ++decided;
+            ASSERT_EQ(keys[a] < keys[b], std::is_lt(order)) << names[a] << "\n" << names[b];
+        }
+    }
+    EXPECT_GT(decided, 50'000);
 }
 
 TEST(NaturalSortKey, ordersLettersWithoutRegardToCase) {

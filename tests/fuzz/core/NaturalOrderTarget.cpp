@@ -45,8 +45,11 @@ void checkDigits(Input& input) {
     const std::uint64_t first = input.number() >> input.below(64);
     const std::uint64_t second = input.number() >> input.below(64);
     if (first == second) return;
+    // Short, and around the length at which a language's rules take digits apart.
+    const std::string further(input.flag() ? 0 : 230 + input.below(30), input.flag() ? '9' : '0');
     const auto numbered = [&](std::uint64_t number) {
-        return before + std::string(input.below(4), '0') + std::to_string(number) + after;
+        const std::string digits = number == 0 ? "0" : std::to_string(number) + further;
+        return before + std::string(input.below(4), '0') + digits + after;
     };
     const std::string smaller = numbered(std::min(first, second));
     require(compared(smaller, numbered(std::max(first, second))) < 0, "numbers are ordered by value");
