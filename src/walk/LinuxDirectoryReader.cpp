@@ -50,11 +50,11 @@ Result<FileDescriptor> openWithin(int base, const char* name, int flags, Volume&
         // A sandbox may answer EPERM for a call it does not know; so does O_NOATIME on another user's folder.
         if (error != std::errc::function_not_supported && error != std::errc::operation_not_permitted)
             return opened;
-        auto fallback = openOnSameDevice(base, name, flags);
+        auto fallback = openUnlessMounted(base, name, flags);
         if (fallback) volume.hasOpenat2.store(false, std::memory_order_relaxed);
         return fallback;
     }
-    return openOnSameDevice(base, name, flags);
+    return openUnlessMounted(base, name, flags);
 }
 
 // Opens for reading without touching the access time, until the system refuses that: it is for the owner

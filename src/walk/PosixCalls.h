@@ -23,8 +23,10 @@ std::optional<Identity> identify(int descriptor);
 /// EMFILE or ENFILE: no descriptor is free in this process or on this system.
 bool isDescriptorShortage(const std::error_code& error);
 
-/// The folder `name` in `parent`, opened with `flags` and O_NOFOLLOW; EXDEV if it lies on another device.
-Result<FileDescriptor> openOnSameDevice(int parent, const char* name, int flags);
+/// The folder `name` in `parent`, opened with `flags` but through no link; EXDEV if something is mounted
+/// there. Where the system tells mount points (statx(2) on Linux 5.8), no mount is entered and no automount
+/// started. Elsewhere a mount shows by its device number alone.
+Result<FileDescriptor> openUnlessMounted(int parent, const char* name, int flags);
 
 /// Kind and allocated size out of a stat structure; its length where no number of blocks is known.
 Measure measureOf(const struct stat& status);

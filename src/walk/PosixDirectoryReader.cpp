@@ -15,6 +15,11 @@ namespace vantrel::walking {
 namespace {
 
 constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+#ifdef AT_NO_AUTOMOUNT
+constexpr int lookOnly = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+#else
+constexpr int lookOnly = AT_SYMLINK_NOFOLLOW;
+#endif
 constexpr std::size_t batchBytes = std::size_t{64} * 1024;
 constexpr std::size_t longestEntry = 1 + NAME_MAX + 1;
 
@@ -39,14 +44,15 @@ Result<FileDescriptor> PosixDirectoryReader::openRoot(const std::string& path, V
 }
 
 Result<FileDescriptor> PosixDirectoryReader::openFolder(int parent, const char* name, Volume&) {
-    return openOnSameDevice(parent, name, readFlags);
+    return openUnlessMounted(parent, name, readFlags);
 }
 
 Result<FileDescriptor> PosixDirectoryReader::openBelow(int ancestor, const std::string& relativePath,
                                                        Volume&) {
     constexpr std::size_t oneComponent = 0;
-    return openInPieces(ancestor, relativePath, oneComponent,
-                        [](int base, const char* piece) { return openOnSameDevice(base, piece, readFlags); });
+    return openInPieces(ancestor, relativePath, oneComponent, [](int base, const char* piece) {
+        return openUnlessMounted(base, piece, readFlags);
+    });
 }
 
 Result<std::unique_ptr<DirectoryStream>> PosixDirectoryReader::beginReading(int folder) {
@@ -94,8 +100,7 @@ bool PosixDirectoryReader::next(Entry& entry) {
 
 bool PosixDirectoryReader::measure(int folder, const char* name, Measure& measure) {
     struct stat status;
-    if (uninterrupted([&] { return ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW); }) != 0)
-        return false;
+    if (uninterrupted([&] { return ::fstatat(folder, name, &status, lookOnly); }) != 0) return false;
     measure = measureOf(status);
     return true;
 }
