@@ -65,6 +65,9 @@ public:
     /// Whether a walk of exactly `path` is waiting or running, so that a final report is still to come.
     bool isCalculating(const std::string& path) const;
 
+    /// To be called now and then while totals are awaited, see WalkQueue. Main thread only.
+    bool catchUp(Seconds lent = Seconds(0)) { return calculationQueue_.catchUp(lent); }
+
     void cancelFor(const std::string& path);
 
     /// Cancels every walk whose path begins with `prefix`: a plain test of strings, so "/a" reaches "/ab" as

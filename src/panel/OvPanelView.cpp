@@ -85,6 +85,7 @@ void OvPanelView::startSpinnerTimer() {
 void OvPanelView::spinnerTick() {
     if (!isCalculatingSizes()) return;
     askAgainForSilencedSizes();
+    engine_.catchUp();
     ++spinnerFrame_;
     setNeedsDisplay(Redraw::inPassing);
 }

@@ -66,6 +66,11 @@ void SizesQuestion::askForOwnFiles(const std::string& folder) {
                           std::make_unique<OwnFilesObserver>(*this), WalkPool::Reach::ownFilesOnly);
 }
 
+void SizesQuestion::countWithoutThreads() {
+    while (missing_ > 0 && services_.pool.catchUp(progressInterval))
+        if (!services_.queue.runAfter(missing_, Seconds(0))) return;
+}
+
 Interrupted SizesQuestion::wait(const OnProgress& onProgress) {
     while (missing_ > 0) {
         // Each missing answer is a task still to come, so fewer tasks cannot be the end.

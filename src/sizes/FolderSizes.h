@@ -40,6 +40,9 @@ public:
     /// Starts counting; an error when `folder` cannot be read.
     std::error_code ask(const std::string& folder);
 
+    /// Counts on the calling thread where there is no other, until there is one or nothing left to count.
+    void countWithoutThreads();
+
     /// Waits for all sizes.
     Interrupted wait(const OnProgress& onProgress);
 

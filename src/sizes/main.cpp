@@ -69,6 +69,8 @@ private:
 
     /// Leaves nothing of the line behind, whether it is interrupted or not.
     void wait(SizesQuestion& question) const {
+        // Not with patience: this thread may hang in a system call, and has shown nothing yet.
+        question.countWithoutThreads();
         const Interruption::Patience patience(interruption_);
         LiveLine live;
         if (question.wait([&live](const SizesQuestion& asked) { live.show(asked); }) == Interrupted::yes) {

@@ -16,6 +16,8 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
+#include "model/VantrelEngine.h"
+#include "platform/Clock.h"
 #include "platform/posix/StandardDescriptors.h"
 #include "snapshot/SnapshotOptions.h"
 
@@ -35,6 +37,7 @@ constexpr const char* help =
     "  --version    show the version and leave\n";
 
 constexpr std::chrono::minutes patience{5};
+constexpr Seconds lentAtOnce{0.1};  // of this thread, where walks get none of their own
 
 /// Answers the exit status.
 int print(const std::string& text) {
@@ -100,6 +103,7 @@ int run(const char* programName, const SnapshotOptions& options) {
     const QDeadlineTimer end(patience);
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, [&] {
+        desktop.engine().catchUp(lentAtOnce);
         if (!stillCounts(delegate.commanderView()) || end.hasExpired()) desktop.application().terminate();
     });
     look.start(std::chrono::milliseconds(20));

@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/Clock.h"
+
 namespace vantrel {
 
 /// What a walk has found below its root: entries that are neither folder nor symbolic link.
@@ -53,6 +55,14 @@ public:
     /// thread may call; never waits for a walk.
     virtual void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
                         std::unique_ptr<WalkObserver> observer) = 0;
+
+    /// To be called now and then while walks are awaited, by one thread. Where no thread could be started for
+    /// them it tries again, and where that fails too the calling thread works for them, for about as long as
+    /// it is lent (not at all for zero), and may hang where they hang. Answers whether it was needed.
+    virtual bool catchUp(Seconds lent) {
+        (void)lent;
+        return false;
+    }
 };
 
 }  // namespace vantrel

@@ -51,4 +51,8 @@ void WalkPool::submit(std::string root, std::shared_ptr<const CancellationFlag> 
     scheduler_->submit({std::move(root), std::move(cancellation), std::move(observer), reach});
 }
 
+bool WalkPool::catchUp(Seconds lent) {
+    return scheduler_->catchUp(lent);
+}
+
 }  // namespace vantrel

@@ -34,7 +34,7 @@ public:
     struct Options {
         unsigned threads = recommendedThreads();
         int descriptorBudget = recommendedDescriptorBudget();  ///< beside some three per thread
-        ReaderFactory makeReader = nativeReader;               ///< called once for each thread
+        ReaderFactory makeReader = nativeReader;               ///< called once for each thread, and once more
     };
 
     /// More threads than processors, because threads wait for disks.
@@ -43,12 +43,15 @@ public:
     /// Half of what the system allows the process, and not more than some thousand.
     static int recommendedDescriptorBudget();
 
-    /// The reader made for this system, and the one that needs POSIX only; the same results.
+    /// The reader made for this system, and the one that needs POSIX only: the same results, as far as the
+    /// system tells the latter where something is mounted.
     static std::unique_ptr<walking::DirectoryReader> nativeReader();
     static std::unique_ptr<walking::DirectoryReader> portableReader();
 
-    /// Threads start when there is work for them. `clock` must outlive the pool. A relative root starts at
-    /// the program's working folder, which should not change while the pool lives.
+    /// Threads start when there is work for them. Those that the system refuses are asked for again later,
+    /// and the others do their work meanwhile; only when there is none do walks wait for `catchUp`. `clock`
+    /// must outlive the pool. A relative root starts at the program's working folder, which should not change
+    /// while the pool lives.
     explicit WalkPool(const Clock& clock);
     WalkPool(const Clock& clock, const Options& options);
 
@@ -61,6 +64,8 @@ public:
                 std::unique_ptr<WalkObserver> observer) override;
     void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
                 std::unique_ptr<WalkObserver> observer, Reach reach);
+
+    bool catchUp(Seconds lent) override;
 
 private:
     std::unique_ptr<walking::WalkScheduler> scheduler_;

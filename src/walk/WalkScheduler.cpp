@@ -3,6 +3,8 @@
 #include <pthread.h>
 #include <signal.h>
 
+#include <system_error>
+
 #include "platform/Precondition.h"
 #include "walk/WalkWorker.h"
 
@@ -12,6 +14,9 @@ namespace {
 
 // Some tens of microseconds: about as long as a sleeping thread takes to be woken.
 constexpr int looksBeforeSleep = 1000;
+
+// A refusal costs as much as a small folder, and would come with each.
+constexpr Seconds pauseAfterRefusal{0.1};
 
 // Not a yield to other threads, which may cost this one its turn for milliseconds.
 void relaxProcessor() {
@@ -51,9 +56,9 @@ WalkScheduler::WalkScheduler(const Clock& clock, const WalkPool::Options& option
       mayAwait_(std::thread::hardware_concurrency() > 1),
       available_(static_cast<int>(options.threads)) {
     precondition(options.threads > 0, "a pool needs a thread");
-    for (unsigned i = 0; i < options.threads; ++i)
+    for (unsigned i = 0; i <= options.threads; ++i)
         workers_.push_back(std::make_unique<WalkWorker>(*this, i, options.makeReader()));
-    threads_.reserve(workers_.size());
+    threads_.reserve(mostThreads());
 }
 
 WalkScheduler::~WalkScheduler() {
@@ -75,6 +80,26 @@ void WalkScheduler::submit(WalkRequest request) {
         waitingWalkCount_.store(waitingWalks_.size());
     }
     wakeOne();
+}
+
+bool WalkScheduler::catchUp(Seconds lent) {
+    {
+        std::lock_guard lock(sleepLock_);
+        if (isLent_ || !hasWork()) return false;
+        if (sleepers() <= wakeUps_ && mayStartThread() && startThread()) return false;
+        if (!threads_.empty()) return false;
+        if (lent <= Seconds(0)) return true;
+        isLent_ = true;
+    }
+    workers_.back()->runUntil(clock_, clock_.now() + lent);
+    std::lock_guard lock(sleepLock_);
+    isLent_ = false;
+    return true;
+}
+
+Folder* WalkScheduler::takeNow(WalkWorker& worker) {
+    if (Folder* folder = worker.queue().takeNewest()) return folder;
+    return beginFurtherWalk();
 }
 
 Folder* WalkScheduler::take(WalkWorker& worker) {
@@ -157,7 +182,7 @@ void WalkScheduler::wakeOne() {
     if (isAwaiting_.load()) return;  // it will see what was pushed, at the latest in `sleep`
     if (available_.load() == 0) return;
     std::lock_guard lock(sleepLock_);
-    if (threads_.size() < workers_.size() && sleepers() <= wakeUps_) return startThread();
+    if (sleepers() <= wakeUps_ && mayStartThread() && startThread()) return;
     if (wakeUps_ >= sleepers()) return;
     ++wakeUps_;
     wakeUp_.notify_one();
@@ -165,16 +190,29 @@ void WalkScheduler::wakeOne() {
 
 // Under sleepLock_.
 int WalkScheduler::sleepers() const {
-    return available_.load() - static_cast<int>(workers_.size() - threads_.size());
+    return available_.load() - static_cast<int>(mostThreads() - threads_.size());
 }
 
-// Under sleepLock_.
-void WalkScheduler::startThread() {
-    if (isStopping()) return;
+// Under sleepLock_. A lent thread may stand in another folder, where a new one would believe to be at home.
+bool WalkScheduler::mayStartThread() const {
+    if (threads_.size() == mostThreads() || isLent_) return false;
+    return !startAgainAt_ || clock_.now() >= *startAgainAt_;
+}
+
+// Under sleepLock_. False when the system refuses: what would have been the thread's work is left to the
+// others, who look for it before they sleep, or to `catchUp` where there are none.
+bool WalkScheduler::startThread() {
+    if (isStopping()) return true;
     SignalsBlocked signalsBlocked;
     WalkWorker& worker = *workers_[threads_.size()];
-    threads_.emplace_back([&worker] { worker.run(); });
+    try {
+        threads_.emplace_back([&worker] { worker.run(); });
+    } catch (const std::system_error&) {
+        startAgainAt_ = clock_.now() + pauseAfterRefusal;
+        return false;
+    }
     available_.fetch_sub(1);
+    return true;
 }
 
 bool WalkScheduler::giveUp(Folder& folder) {

@@ -5,6 +5,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -24,9 +25,15 @@ public:
 
     void submit(WalkRequest request);
 
+    /// See WalkQueue.
+    bool catchUp(Seconds lent);
+
     /// The next folder for a worker: its own newest, the root of a further walk, or another worker's oldest;
     /// sleeps while there is none. Null when the pool is being destroyed.
     Folder* take(WalkWorker& worker);
+
+    /// The same for the worker of a lent thread: null when there is none.
+    Folder* takeNow(WalkWorker& worker);
 
     /// The root of the walk submitted first among those that wait and are not cancelled, or null.
     Folder* beginFurtherWalk();
@@ -51,7 +58,9 @@ private:
     Folder* steal(WalkWorker& thief);
     bool awaitWork();
     void sleep();
-    void startThread();
+    bool startThread();
+    bool mayStartThread() const;
+    std::size_t mostThreads() const { return workers_.size() - 1; }
     int sleepers() const;
     bool hasWork() const;
 
@@ -71,10 +80,13 @@ private:
     int wakeUps_ = 0;             // under sleepLock_; not yet answered by a sleeper
     std::atomic<int> available_;  // workers that sleep, or whose thread was not started yet
 
+    std::optional<Seconds> startAgainAt_;  // under sleepLock_; once the system has refused a thread
+    bool isLent_ = false;                  // under sleepLock_; somebody else's thread is at work
+
     std::mutex givingUp_;
     std::mutex shortage_;
 
-    std::vector<std::unique_ptr<WalkWorker>> workers_;
+    std::vector<std::unique_ptr<WalkWorker>> workers_;  // the last one for a lent thread
     std::vector<std::thread> threads_;  // under sleepLock_; of the first workers, started when first needed
 };
 

@@ -20,17 +20,30 @@ WalkWorker::WalkWorker(WalkScheduler& scheduler, std::size_t index, std::unique_
     : scheduler_(scheduler), index_(index), reader_(std::move(reader)) {}
 
 void WalkWorker::run() {
-    unsigned visited = 0;
     while (Folder* folder = scheduler_.take(*this)) {
-        while (folder) {
-            folder = visit(folder);
-            if (++visited % foldersPerFurtherWalk != 0) continue;
-            if (Folder* root = scheduler_.beginFurtherWalk()) {
-                if (folder) queue_.push(folder);
-                folder = root;
-            }
-        }
+        while (folder) folder = goOn(folder);
     }
+}
+
+void WalkWorker::runUntil(const Clock& clock, Seconds end) {
+    Folder* folder = scheduler_.takeNow(*this);
+    while (folder) {
+        folder = goOn(folder);
+        if (clock.now() >= end) break;
+        if (!folder) folder = scheduler_.takeNow(*this);
+    }
+    if (folder) queue_.push(folder);
+    reader_->rest();
+}
+
+// Visits a folder and answers the one to be visited next, now and then that of a further walk.
+Folder* WalkWorker::goOn(Folder* folder) {
+    folder = visit(folder);
+    if (++visited_ % foldersPerFurtherWalk != 0) return folder;
+    Folder* root = scheduler_.beginFurtherWalk();
+    if (!root) return folder;
+    if (folder) queue_.push(folder);
+    return root;
 }
 
 void WalkWorker::drop(Folder* folder) {

@@ -17,6 +17,10 @@ public:
     /// The thread's body; returns when the pool is being destroyed.
     void run();
 
+    /// The same for a lent thread: returns when nothing is left to do, or between two folders when it is
+    /// time.
+    void runUntil(const Clock& clock, Seconds end);
+
     std::size_t index() const { return index_; }
     FolderQueue& queue() { return queue_; }
 
@@ -27,6 +31,7 @@ public:
     static void drop(Folder* folder);
 
 private:
+    Folder* goOn(Folder* folder);
     Folder* visit(Folder* folder);
     void read(Folder& folder);
     void countHandedOver(Folder& folder);
@@ -46,6 +51,7 @@ private:
     const std::size_t index_;
     const std::unique_ptr<DirectoryReader> reader_;
     FolderQueue queue_;
+    unsigned visited_ = 0;
     std::vector<Folder*> children_;          // found in the folder being visited, seen by no other thread yet
     const RunningWalk* lastWalk_ = nullptr;  // whose folder was visited last; not looked into
     WalkTotals counted_;                     // in the folder being visited, not yet in the walk's totals

@@ -169,6 +169,19 @@ TEST_F(OvPanelViewSpinner, aRowSilencedByAWalkWhoseRootCouldNotBeOpenedIsAskedFo
     EXPECT_EQ(item("sub")->vantrelState, VantrelState(state::Calculated{0, 0}));
 }
 
+// They may wait for a thread, which the engine has to be given the occasion to ask for; this one is not lent.
+TEST_F(OvPanelViewSpinner, eachTickLetsTheWalksCatchUpWhileSizesAreAwaited) {
+    desktop.files.addFolder("/d", "sub");
+    panel->setCurrentPath("/d");
+    desktop.timers.tickAll();
+    desktop.timers.tickAll();
+    EXPECT_THAT(desktop.walks.lentTimes, testing::ElementsAre(Seconds(0), Seconds(0)));
+    desktop.walks.finishAll({10, 1});
+    desktop.mainQueue.runAll();
+    desktop.timers.tickAll();
+    EXPECT_EQ(desktop.walks.lentTimes.size(), 2U);
+}
+
 TEST_F(OvPanelViewSpinner, twoPanelsOnTheSameFolderBothEndWithAllTotals) {
     for (const char* name : {"a", "b", "c"}) desktop.files.addFolder("/home", name);
     const auto other = OvPanelView::make(desktop.ports(), *desktop.engine);

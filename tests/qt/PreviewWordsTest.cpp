@@ -20,9 +20,9 @@ TEST_F(PreviewWordsTest, aSizeIsExactAndReadable) {
     EXPECT_EQ(previewWords::size(0), "0 bytes");
     EXPECT_EQ(previewWords::size(1), "1 byte");
     EXPECT_EQ(previewWords::size(1023), "1,023 bytes");
-    EXPECT_EQ(previewWords::size(1024), "1.0 kB (1,024 bytes)");
-    EXPECT_EQ(previewWords::size(1'572'864), "1.5 MB (1,572,864 bytes)");
-    EXPECT_EQ(previewWords::size(quint64{3} << 40), "3.0 TB (3,298,534,883,328 bytes)");
+    EXPECT_EQ(previewWords::size(1024), "1.0 KiB (1,024 bytes)");
+    EXPECT_EQ(previewWords::size(1'572'864), "1.5 MiB (1,572,864 bytes)");
+    EXPECT_EQ(previewWords::size(quint64{3} << 40), "3.0 TiB (3,298,534,883,328 bytes)");
 }
 
 TEST_F(PreviewWordsTest, aFilesFactsAreNameKindSizeAndDate) {
@@ -32,7 +32,7 @@ TEST_F(PreviewWordsTest, aFilesFactsAreNameKindSizeAndDate) {
     facts.size = 2048;
     facts.modified = QDateTime::fromSecsSinceEpoch(951'782'400);
     EXPECT_EQ(previewWords::facts(item, facts),
-              (QStringList{"a.bin", "Unknown thing", "2.0 kB (2,048 bytes)", "2000-02-29 00:00"}));
+              (QStringList{"a.bin", "Unknown thing", "2.0 KiB (2,048 bytes)", "2000-02-29 00:00"}));
 }
 
 TEST_F(PreviewWordsTest, numbersAndDatesFollowTheirOwnCategories) {
@@ -42,18 +42,18 @@ TEST_F(PreviewWordsTest, numbersAndDatesFollowTheirOwnCategories) {
     facts.modified = QDateTime::fromSecsSinceEpoch(951'782'400);
     const ScopedEnvironment language("LANG", "C");
     EXPECT_EQ(previewWords::facts(item, facts),
-              (QStringList{"a.bin", "1.5 MB (1,572,864 bytes)", "2000-02-29 00:00"}));
+              (QStringList{"a.bin", "1.5 MiB (1,572,864 bytes)", "2000-02-29 00:00"}));
     {
         const ScopedEnvironment numbers("LC_NUMERIC", "de_DE.UTF-8");
         EXPECT_EQ(previewWords::facts(item, facts),
-                  (QStringList{"a.bin", "1,5 MB (1.572.864 bytes)", "2000-02-29 00:00"}));
+                  (QStringList{"a.bin", "1,5 MiB (1.572.864 bytes)", "2000-02-29 00:00"}));
     }
     const ScopedEnvironment dates("LC_TIME", "fa_IR.UTF-8");
     EXPECT_EQ(previewWords::facts(item, facts),
-              (QStringList{"a.bin", "1.5 MB (1,572,864 bytes)", "۲۰۰۰-۰۲-۲۹ ۰۰:۰۰"}));
+              (QStringList{"a.bin", "1.5 MiB (1,572,864 bytes)", "۲۰۰۰-۰۲-۲۹ ۰۰:۰۰"}));
     const ScopedEnvironment all("LC_ALL", "en_GB.UTF-8");
     EXPECT_EQ(previewWords::facts(item, facts),
-              (QStringList{"a.bin", "1.5 MB (1,572,864 bytes)", "2000-02-29 00:00"}));
+              (QStringList{"a.bin", "1.5 MiB (1,572,864 bytes)", "2000-02-29 00:00"}));
 }
 
 TEST_F(PreviewWordsTest, whatTheProgramKnowsBetterStandsInsteadOfTheSize) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <ostream>
 #include <string>
 
+#include "support/OwnNamespaces.h"
 #include "support/TemporaryFolder.h"
 
 namespace vantrel::test {
@@ -79,6 +81,34 @@ TEST_F(SizesProgram, saysWhenItsOutputCannotBeWritten) {
                   (Answer{1, "vantrel-sizes: standard output: No space left on device\n"}))
             << arguments;
     }
+}
+
+// As an ordinary user, for root has no such limit.
+TEST_F(SizesProgram, countsOnItsOnlyThreadWhereItMayStartNoOther) {
+    inOwnNamespaces(
+        folder, Privileges::none, [] { return true; },
+        [this] {
+            int output[2];
+            ASSERT_EQ(::pipe2(output, O_CLOEXEC), 0);
+            const pid_t program = ::fork();
+            if (program == 0) {
+                const rlimit onlyThis{1, 1};
+                ::dup2(output[1], STDOUT_FILENO);
+                ::dup2(output[1], STDERR_FILENO);
+                if (::setrlimit(RLIMIT_NPROC, &onlyThis) == 0 && ::chdir(folder.path().c_str()) == 0)
+                    ::execl(VANTREL_SIZES_PROGRAM, "vantrel-sizes", "--bytes", "--sort", "name", nullptr);
+                ::_exit(126);
+            }
+            ::close(output[1]);
+            std::array<char, 4096> text{};
+            std::string all;
+            for (ssize_t count = 0; (count = ::read(output[0], text.data(), text.size())) > 0;)
+                all.append(text.data(), static_cast<std::size_t>(count));
+            int status = 0;
+            ::waitpid(program, &status, 0);
+            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+            EXPECT_EQ(all, "0\t2\t./a\n0\t3\t./b\n0\t6\t.\n");
+        });
 }
 
 TEST_F(SizesProgram, endsBySignalAlthoughNobodyReadsWhatItPrints) {

@@ -70,7 +70,13 @@ public:
         }
     }
 
+    bool catchUp(Seconds lent) override {
+        lentTimes.push_back(lent);
+        return false;
+    }
+
     std::vector<Walk> walks;
+    std::vector<Seconds> lentTimes;
 };
 
 }  // namespace vantrel::test

@@ -36,6 +36,7 @@ public:
         if (const auto held = engine.lock()) (void)held->isCalculating("");
         next_.submit(std::move(root), std::move(cancellation), std::move(observer));
     }
+    bool catchUp(Seconds lent) override { return next_.catchUp(lent); }
     std::weak_ptr<VantrelEngine> engine;
 
 private:
