@@ -45,7 +45,9 @@ class InstantWalks final : public WalkQueue {
 public:
     void submit(std::string, std::shared_ptr<const CancellationFlag>,
                 std::unique_ptr<WalkObserver> observer) override {
-        if (answers) observer->walkDidEnd(WalkOutcome::finished, {4096, 1});
+        if (!answers) return;
+        observer->walkDidBegin();
+        observer->walkDidEnd(WalkOutcome::finished, {4096, 1});
     }
     bool answers = true;
 };

@@ -7,18 +7,21 @@
 
 namespace vantrel {
 
-// Carries the reports of one walk to the main queue. Lives on the threads that walk.
+// Carries the reports of one walk to the main queue. Lives on the threads that walk. Holds the engine while
+// the walk runs, so that the engine's end may happen here.
 class VantrelEngine::Reporter final : public WalkObserver {
 public:
     Reporter(std::weak_ptr<VantrelEngine> engine, std::string path, std::shared_ptr<WorkItem> item)
         : engine_(std::move(engine)), path_(std::move(path)), item_(std::move(item)) {}
 
+    void walkDidBegin() override { held_ = engine_.lock(); }
+
     void walkDidProgress(WalkTotals soFar) override {
-        if (const auto engine = engine_.lock()) post(*engine, engine->onUpdateOf(*item_), soFar, false);
+        if (held_) post(*held_, held_->onUpdateOf(*item_), soFar, false);
     }
 
     void walkDidEnd(WalkOutcome outcome, WalkTotals totals) override {
-        const auto engine = engine_.lock();
+        const auto engine = std::exchange(held_, nullptr);
         if (!engine || outcome == WalkOutcome::cancelled) return;
         if (outcome == WalkOutcome::finished) {
             post(*engine, engine->storeResult(path_, *item_, totals), totals, true);
@@ -37,6 +40,7 @@ private:
     }
 
     std::weak_ptr<VantrelEngine> engine_;
+    std::shared_ptr<VantrelEngine> held_;  // from the walk's beginning to its end
     std::string path_;
     std::shared_ptr<WorkItem> item_;
 };

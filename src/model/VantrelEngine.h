@@ -23,7 +23,7 @@ public:
     virtual void engineDidCalculate(const std::string& path, WalkTotals totals) = 0;
 };
 
-/// What the engine stands on. Borrowed; all of it outlives the engine.
+/// What the engine stands on. Borrowed; all of it outlives the engine, which walks may keep.
 struct VantrelEngineServices {
     WalkQueue& calculationQueue;
     MainQueue& mainQueue;
@@ -36,7 +36,8 @@ struct VantrelEngineServices {
 /// Errors: none are reported; what cannot be read is left out, a folder that cannot be opened is 0 and 0.
 /// Lifetime: the engine keeps `onUpdate` for as long as it may still be called: it is destroyed after the
 /// final report has been made, or as soon as the walk is cancelled and what it reported before has been
-/// served. So capture views weakly. A walk holds the engine weakly until it reports.
+/// served. So capture views weakly. A walk holds the engine weakly while it waits and strongly while it runs,
+/// so that it still reports when the owner has let go; the engine then ends on one of the threads that walk.
 class VantrelEngine : public std::enable_shared_from_this<VantrelEngine> {
 public:
     using OnUpdate = std::function<void(std::int64_t bytes, std::int64_t itemsCount, bool isComplete)>;

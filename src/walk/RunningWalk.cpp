@@ -7,6 +7,7 @@ RunningWalk::RunningWalk(WalkRequest request, const Clock& clock, const std::ato
 
 void RunningWalk::begin() {
     lastReport_.store(clock_.now(), std::memory_order_relaxed);
+    request_.observer->walkDidBegin();
 }
 
 void RunningWalk::add(WalkTotals& counted) {

@@ -36,7 +36,7 @@ public:
         return request_.cancellation->isCancelled() || stopping_.load(std::memory_order_relaxed);
     }
 
-    /// From here on the time between reports counts.
+    /// Tells the observer. From here on the time between reports counts.
     void begin();
 
     /// The root could not be opened: the outcome of this walk.

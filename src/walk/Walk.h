@@ -39,10 +39,14 @@ class WalkObserver {
 public:
     virtual ~WalkObserver() = default;
 
+    /// The first call, before anything is read. A walk that is cancelled while it waits does not begin.
+    virtual void walkDidBegin() {}
+
     /// At most once per 0.1 seconds, only while entries keep coming, never once the walk is seen cancelled.
     virtual void walkDidProgress(WalkTotals soFar) = 0;
 
-    /// The last call. For a cancelled walk it may come late (a thread may be stuck in a system call).
+    /// The last call, also for a walk that did not begin. For a cancelled walk it may come late (a thread may
+    /// be stuck in a system call).
     virtual void walkDidEnd(WalkOutcome outcome, WalkTotals totals) = 0;
 };
 

@@ -41,6 +41,29 @@ TEST_F(VantrelEngineTest, aRequestIsWalkedAndReportsProgressAndThenOneFinalRepor
     EXPECT_THAT(*reports, ElementsAre(Report{10, 1, false}, Report{20, 2, false}, Report{30, 3, true}));
 }
 
+TEST_F(VantrelEngineTest, aWalkHoldsTheEngineFromItsBeginningToItsEnd) {
+    const Reports running = request("/a");
+    walks.walkOf("/a").progress({10, 1});
+    const std::weak_ptr<VantrelEngine> held = engine;
+    engine.reset();
+    EXPECT_FALSE(held.expired());
+    walks.walkOf("/a").finish({30, 3});
+    EXPECT_TRUE(held.expired());
+    mainQueue.runAll();
+    EXPECT_THAT(*running, ElementsAre(Report{10, 1, false}, Report{30, 3, true}));
+}
+
+TEST_F(VantrelEngineTest, aWalkThatWaitsDoesNotHoldTheEngine) {
+    const Reports waiting = request("/a");
+    const std::weak_ptr<VantrelEngine> held = engine;
+    engine.reset();
+    EXPECT_TRUE(held.expired());
+    EXPECT_TRUE(walks.walkOf("/a").isCancelled());
+    walks.walkOf("/a").finish({30, 3});
+    mainQueue.runAll();
+    EXPECT_THAT(*waiting, IsEmpty());
+}
+
 TEST_F(VantrelEngineTest, everyReportComesThroughTheMainQueueAndNeverInsideACall) {
     const Reports first = request("/a");
     walks.walkOf("/a").progress({10, 1});

@@ -102,6 +102,26 @@ TEST_F(VantrelEngineThreads, aRequestThatIsReplacedAgainAndAgainEndsInOneFinalRe
     EXPECT_EQ(std::ranges::count_if(*last, &Report::isComplete), 1);
 }
 
+TEST_F(VantrelEngineThreads, anEngineThatItsOwnerLetsGoEndsWithTheWalksThatRun) {
+    for (int file = 0; file < 200; ++file) folder.makeFile("f" + std::to_string(file));
+    for (int turn = 0; turn < 100; ++turn) {
+        const Reports reports = request(folder.path());
+        const Reports missing = request(folder.path("missing"));
+        const std::weak_ptr<VantrelEngine> held = engine;
+        if (turn % 2 == 0) std::this_thread::yield();
+        engine.reset();
+        while (!held.expired()) std::this_thread::yield();
+        mainQueue.runAll();
+        for (const Reports& each : {reports, missing})
+            EXPECT_LE(std::ranges::count_if(*each, &Report::isComplete), 1);
+        if (!reports->empty()) {
+            EXPECT_TRUE(reports->back().isComplete);
+            EXPECT_EQ(reports->back().items, 200);
+        }
+        engine = VantrelEngine::make({pool, mainQueue, clock});
+    }
+}
+
 // The walk of the marker gives the cancelled one time to say what it must not say.
 TEST_F(VantrelEngineThreads, aCancelledWalkNeitherReportsItsEndNorIsCached) {
     folder.makeFolder("d");

@@ -19,23 +19,35 @@ public:
         std::string root;
         std::shared_ptr<const CancellationFlag> cancellation;
         std::unique_ptr<WalkObserver> observer;
+        bool hasBegun = false;
 
-        void progress(WalkTotals soFar) const { observer->walkDidProgress(soFar); }
+        /// As a real walk does before anything else.
+        void begin() {
+            if (!std::exchange(hasBegun, true)) observer->walkDidBegin();
+        }
+
+        void progress(WalkTotals soFar) {
+            begin();
+            observer->walkDidProgress(soFar);
+        }
         bool isCancelled() const { return cancellation->isCancelled(); }
 
         /// Ends the walk the way that a real one does: one that was cancelled before says so.
         void finish(WalkTotals totals) {
+            if (!isCancelled()) begin();
             observer->walkDidEnd(isCancelled() ? WalkOutcome::cancelled : WalkOutcome::finished, totals);
             observer.reset();
         }
 
         /// The worst case of a race: the walk had not seen its flag yet.
         void finishWithoutLooking(WalkTotals totals) {
+            begin();
             observer->walkDidEnd(WalkOutcome::finished, totals);
             observer.reset();
         }
 
         void failToOpenRoot() {
+            begin();
             observer->walkDidEnd(WalkOutcome::rootUnreadable, {});
             observer.reset();
         }

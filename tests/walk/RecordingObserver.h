@@ -31,6 +31,11 @@ public:
         return waitUntil([this] { return destroyed_; });
     }
 
+    int beginnings() const {
+        std::lock_guard lock(lock_);
+        return beginnings_;
+    }
+
     bool waitForProgress() {
         return waitUntil([this] { return !progress_.empty(); });
     }
@@ -55,7 +60,7 @@ public:
         return progress_;
     }
 
-    /// Whether two calls overlapped or one came after the end.
+    /// Whether two calls overlapped, one came after the end, or the beginning was not the first and only one.
     bool sawDisorder() const {
         std::lock_guard lock(lock_);
         return disorder_;
@@ -74,6 +79,7 @@ private:
     std::condition_variable changed_;
     std::vector<WalkTotals> progress_;
     std::optional<End> end_;
+    int beginnings_ = 0;
     int ends_ = 0;
     int callsUnderWay_ = 0;
     bool destroyed_ = false;
@@ -92,6 +98,13 @@ public:
         std::lock_guard lock(record_->lock_);
         record_->destroyed_ = true;
         record_->changed_.notify_all();
+    }
+
+    void walkDidBegin() override {
+        enter();
+        leave([&] {
+            if (++record_->beginnings_ > 1 || !record_->progress_.empty()) record_->disorder_ = true;
+        });
     }
 
     void walkDidProgress(WalkTotals soFar) override {

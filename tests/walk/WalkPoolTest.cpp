@@ -123,6 +123,22 @@ TEST_P(WalkPoolRules, beginsWalksInTheOrderOfSubmission) {
               (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}));
 }
 
+TEST_P(WalkPoolRules, tellsOfTheBeginningOfWalksThatBegin) {
+    HeldPool held(clock, folder, singleThread());
+    const SubmittedWalk waiting = submit(*held.pool, folder.path());
+    const SubmittedWalk missing = submit(*held.pool, folder.path("missing"));
+    const SubmittedWalk cancelled = submit(*held.pool, folder.path());
+    cancelled.flag->cancel();
+    EXPECT_EQ(held.holding.record->beginnings(), 1);
+    EXPECT_EQ(waiting.record->beginnings(), 0);
+    held.gate.open();
+    for (const SubmittedWalk& walk : {held.holding, waiting, missing, cancelled}) {
+        EXPECT_TRUE(walk.record->waitForEnd());
+        EXPECT_EQ(walk.record->beginnings(), walk.flag == cancelled.flag ? 0 : 1);
+        EXPECT_FALSE(walk.record->sawDisorder());
+    }
+}
+
 TEST_P(WalkPoolRules, doesNotLetASmallWalkWaitForALargeOne) {
     folder.makeFolder("small");
     folder.makeFolder("large");

@@ -39,8 +39,8 @@ Program::Program(Input& input) {
 // The window goes first; what is still under way comes too late for it.
 Program::~Program() {
     app_.reset();
-    for (const auto& walk : desktop_.walks.walks) {
-        if (walk.observer) walk.observer->walkDidEnd(WalkOutcome::finished, {});
+    for (auto& walk : desktop_.walks.walks) {
+        if (walk.observer) walk.finishWithoutLooking({});
     }
     desktop_.mainQueue.runAll();
 }
@@ -131,7 +131,7 @@ void Program::serveQueue(Input& input) {
 }
 
 void Program::advanceWalk(Input& input) {
-    const auto& walks = desktop_.walks.walks;
+    auto& walks = desktop_.walks.walks;
     totals_.resize(walks.size());
     if (walks.empty()) return;
     // Most walks have ended; look for one that has not from some place on.
