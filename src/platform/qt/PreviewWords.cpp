@@ -6,7 +6,7 @@ namespace vantrel::previewWords {
 
 namespace {
 
-constexpr quint64 kilobyte = 1024;
+constexpr quint64 kibibyte = 1024;
 const QString separator = QStringLiteral("  \u00B7  ");
 const QString datePattern = QStringLiteral("yyyy-MM-dd HH:mm");
 
@@ -33,9 +33,9 @@ QString size(quint64 bytes) {
     const QLocale locale = userLocale("LC_NUMERIC");
     QString exact =
         bytes == 1 ? QStringLiteral("1 byte") : QStringLiteral("%1 bytes").arg(locale.toString(bytes));
-    if (bytes < kilobyte) return exact;
+    if (bytes < kibibyte) return exact;
     return QStringLiteral("%1 (%2)").arg(
-        locale.formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeTraditionalFormat), exact);
+        locale.formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeIecFormat), exact);
 }
 
 QStringList facts(const PreviewItem& item, const PreviewFacts& facts) {

@@ -9,7 +9,7 @@
 /// What a preview says in words; numbers and dates are written as the user's LC_NUMERIC and LC_TIME want it.
 namespace vantrel::previewWords {
 
-/// "512 bytes", "1.5 MB (1,572,864 bytes)"; a kilobyte has 1024 bytes.
+/// "512 bytes", "1.5 MiB (1,572,864 bytes)"; a kibibyte (KiB) has 1024 bytes.
 QString size(quint64 bytes);
 
 /// The item's name, then one line each for what else is known.
