@@ -81,6 +81,19 @@ class Start(WindowCase):
         status, _, errors = self.session.end()
         self.assertEqual((status, errors), (0, ""))
 
+    def test_a_relative_folder_names_nothing_when_the_working_directory_is_gone(self):
+        gone = self.session.make_folder("gone")
+        self.session.make_tree("home", 7)
+        from_the_root = self.session.make_tree("five", 5).lstrip("/")
+        self.session.open_display()
+        vantrel = os.path.join(self.session.programs, "vantrel")
+        script = f'cd "$1" && rmdir "$1" && exec "{vantrel}" "$2" "$2"'
+        self.session.start_command(["sh", "-c", script, "sh", gone, from_the_root])
+        self.session.wait_for_window()
+        self.left, self.right = left_and_right(self.session)
+        self.right.expect_rows(7)
+        self.quit_and_expect_silence()
+
     def test_opens_although_it_is_started_without_standard_descriptors(self):
         self.session.make_tree("home", 5)
         gone = self.session.make_folder("gone")
