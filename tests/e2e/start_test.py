@@ -1,6 +1,7 @@
 """How the program starts: its command line, its window, and what it prints."""
 
 import os
+import resource
 import struct
 import subprocess
 import unittest
@@ -261,6 +262,38 @@ class WithoutAWindow(WindowCase):
         self.assertEqual(header[:8], b"\x89PNG\r\n\x1a\n")
         self.assertEqual(int.from_bytes(header[16:20], "big"), 1600)
         self.assertEqual(int.from_bytes(header[20:24], "big"), 1000)
+
+    def test_the_snapshot_does_with_the_one_thread_that_it_has(self):
+        nobody = 65534
+        self.session.make_file("tree/deep/er/file", 5000)
+        folder = self.session.path("tree")
+        picture = os.path.join(self.session.make_folder("pictures"), "picture.png")
+        if os.geteuid() == 0:  # root has no such limit
+            os.chmod(os.path.dirname(picture), 0o777)
+            os.chmod(self.session.folder, 0o755)
+        environment = {**self.session.environment, "HOME": folder}
+
+        def become_ordinary_and_alone():
+            if os.geteuid() == 0:
+                os.setgroups([])
+                os.setresgid(nobody, nobody, nobody)
+                os.setresuid(nobody, nobody, nobody)
+            resource.setrlimit(resource.RLIMIT_NPROC, (1, 1))
+
+        try:
+            answer = subprocess.run(
+                [os.path.join(self.session.programs, "vantrel-snapshot"), folder, "-o", picture],
+                env=environment,
+                preexec_fn=become_ordinary_and_alone,
+                capture_output=True,
+                text=True,
+                timeout=60,
+                check=False,
+            )
+        except PermissionError:
+            self.skipTest("an ordinary user may not run the program here")
+        self.assertEqual((answer.returncode, answer.stdout), (0, picture + "\n"), answer.stderr)
+        self.assertNotIn("still being counted", answer.stderr)
 
     def test_the_snapshot_presses_no_key_that_it_does_not_know(self):
         picture = self.session.path("picture.png")

@@ -1,10 +1,17 @@
 #include "platform/qt/QtCanvas.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/Precondition.h"
 
 namespace vantrel {
+
+namespace {
+
+constexpr int rowsAtOnce = 64;  // Qt shares out what has half as many again
+
+}  // namespace
 
 QColor qtColor(const Color& color) {
     return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
@@ -77,8 +84,13 @@ void QtCanvas::popArea() {
     grid_ = DeviceGrid(painter_.deviceTransform());
 }
 
+// In bands: Qt would share a higher rectangle between threads of its own, and wait for them for ever where
+// the system refuses them.
 void QtCanvas::fillPixels(const QRect& pixels, const QColor& color) {
-    if (!pixels.isEmpty()) painter_.fillRect(grid_.toPoints(pixels), color);
+    for (int top = pixels.top(); top <= pixels.bottom(); top += rowsAtOnce) {
+        const QRect band(pixels.left(), top, pixels.width(), std::min(rowsAtOnce, pixels.bottom() + 1 - top));
+        if (!band.isEmpty()) painter_.fillRect(grid_.toPoints(band), color);
+    }
 }
 
 }  // namespace vantrel
