@@ -115,6 +115,7 @@ TEST_F(MainMenuTest, forwardingItemsDoWhatTheirKeysDo) {
     EXPECT_TRUE(isOpen<dialog::Help>());
     choose("View File (Retro)");
     EXPECT_TRUE(isOpen<dialog::Viewer>());
+    commander().keyDown({.key = Key::escape});
     choose("QuickLook Preview");
     EXPECT_TRUE(desktop.preview.isVisible());
     choose("Edit File");
