@@ -24,10 +24,16 @@ std::atomic<bool> isActive{false};
 std::mutex planLock;
 SystemCallFaults::Plan thePlan;
 
+/// What a plan itself calls is made as it is.
+thread_local bool isAsking = false;
+
 int answerFor(std::string_view name) {
-    if (!isActive.load()) return 0;
+    if (!isActive.load() || isAsking) return 0;
     const std::lock_guard lock(planLock);
-    return thePlan ? thePlan(name) : 0;
+    isAsking = true;
+    const int answer = thePlan ? thePlan(name) : 0;
+    isAsking = false;
+    return answer;
 }
 
 /// Whether the call fails; errno is set then.
@@ -118,6 +124,11 @@ VANTREL_CALL(int, utimensat, -1, (int folder, const char* path, const struct tim
              (folder, path, times, flags))
 VANTREL_CALL(int, ftruncate, -1, (int file, off_t size), (file, size))
 VANTREL_CALL(int, syncfs, -1, (int file), (file))
+VANTREL_CALL(int, fsync, -1, (int file), (file))
+VANTREL_CALL(int, flock, -1, (int file, int operation), (file, operation))
+VANTREL_CALL(int, sync_file_range, -1, (int file, off_t offset, off_t size, unsigned flags),
+             (file, offset, size, flags))
+VANTREL_CALL(int, fremovexattr, -1, (int file, const char* name), (file, name))
 VANTREL_CALL(off_t, lseek, -1, (int file, off_t offset, int whence), (file, offset, whence))
 VANTREL_CALL(ssize_t, flistxattr, -1, (int file, char* names, std::size_t size), (file, names, size))
 VANTREL_CALL(ssize_t, fgetxattr, -1, (int file, const char* name, void* value, std::size_t size),
@@ -172,7 +183,9 @@ extern "C" int __wrap_fcntl(int file, int command, ...) {
     va_start(rest, command);
     const long argument = va_arg(rest, long);
     va_end(rest);
-    return command == F_DUPFD_CLOEXEC && fails("fcntl") ? -1 : __real_fcntl(file, command, argument);
+    if (command == F_DUPFD_CLOEXEC && fails("fcntl")) return -1;
+    const bool isAboutALease = command == F_SETLEASE || command == F_GETLEASE || command == F_SETSIG;
+    return isAboutALease && fails("lease") ? -1 : __real_fcntl(file, command, argument);
 }
 
 extern "C" int __real_ioctl(int file, unsigned long command, long argument);

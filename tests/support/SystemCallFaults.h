@@ -14,7 +14,8 @@ namespace vantrel::test {
 class SystemCallFaults {
 public:
     /// Answers the errno that the call fails with, 0 to let it be made, `givesLess` to let a call that reads
-    /// or writes do a part of it only. A failing close(2) closes all the same, as the real one does.
+    /// or writes do a part of it only. A failing close(2) closes all the same, as the real one does. What the
+    /// plan calls itself, to act between two calls like another program, it is not asked about.
     using Plan = std::function<int(std::string_view name)>;
     static constexpr int givesLess = -1;
 

@@ -4,9 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdio>
 
 #include "platform/posix/ItemPlace.h"
+#include "platform/posix/TrashCan.h"
+#include "platform/posix/WrittenFiles.h"
 
 namespace vantrel {
 
@@ -67,6 +70,36 @@ std::error_code renameExclusively(const SystemCalls& calls, int fromFolder, cons
     if (!status) return status.error();
     const Renaming renaming{calls, fromFolder, from, toFolder, to};
     return S_ISDIR(status.value().st_mode) ? renaming.overReservedFolder() : renaming.bySecondName();
+}
+
+std::error_code renameBetweenFolders(const SystemCalls& calls, int fromFolder, const std::string& fromName,
+                                     int toFolder, const std::string& toName) {
+    const std::error_code error = renameExclusively(calls, fromFolder, fromName, toFolder, toName);
+    if (error != std::errc::permission_denied) return error;
+    const Result<struct stat> status = statusOf(calls, fromFolder, fromName);
+    if (!status || !S_ISDIR(status.value().st_mode) || (status.value().st_mode & S_IWUSR) != 0) return error;
+    const mode_t mode = status.value().st_mode & 07777u;
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+    const FileDescriptor item(
+        calls("openat", [&] { return ::openat(fromFolder, fromName.c_str(), flags, 0); }));
+    if (!item || calls("fchmod", [&] { return ::fchmod(item.number(), mode | S_IWUSR); }) != 0) return error;
+    const std::error_code again = renameExclusively(calls, fromFolder, fromName, toFolder, toName);
+    calls("fchmod", [&] { return ::fchmod(item.number(), mode); });
+    flushFile(calls, item.number());
+    return again;
+}
+
+Result<std::string> renameToFreeName(const SystemCalls& calls, int fromFolder, const std::string& fromName,
+                                     int toFolder, const std::string& toName) {
+    constexpr int mostAttempts = 10'000;
+    std::error_code error;
+    for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
+        const std::string name = trashName(toName, attempt, NAME_MAX);
+        error = renameBetweenFolders(calls, fromFolder, fromName, toFolder, name);
+        if (!error) return name;
+        if (error != std::errc::file_exists) break;
+    }
+    return error;
 }
 
 }  // namespace vantrel

@@ -14,7 +14,10 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t bufferSize = std::size_t{256} * 1024;
-constexpr std::size_t largestKernelCopy = std::size_t{1} << 30;
+/// What the kernel copies at a time, and what is written before the disk is told: so much takes no longer
+/// than somebody who wants to stop it can wait.
+constexpr std::size_t largestKernelCopy = std::size_t{4} << 20;
+constexpr off_t writtenAtATime = off_t{16} << 20;
 
 bool meansOtherwise(const std::error_code& error) {
     return error == std::errc::cross_device_link || error == std::errc::invalid_argument ||
@@ -24,7 +27,8 @@ bool meansOtherwise(const std::error_code& error) {
 
 class ContentCopy {
 public:
-    ContentCopy(const SystemCalls& calls, int from, int to) : calls_(calls), from_(from), to_(to) {}
+    ContentCopy(const CopyTask& task, int from, int to)
+        : task_(task), calls_(task.calls), from_(from), to_(to) {}
 
     std::error_code run(const struct stat& status) {
         if (sharesBlocks()) return {};
@@ -71,6 +75,18 @@ private:
         return {};
     }
 
+    /// After each piece up to `end`: begins to bring it to the disk, and asks whether to go on.
+    std::error_code pieceIsDone(off_t end) {
+        if (end - handedToDisk_ >= writtenAtATime) {
+            // Only begins; what goes wrong shows when the file is flushed.
+            calls_("sync_file_range", [&] {
+                return ::sync_file_range(to_, handedToDisk_, end - handedToDisk_, SYNC_FILE_RANGE_WRITE);
+            });
+            handedToDisk_ = end;
+        }
+        return task_.goOn();
+    }
+
     std::error_code copySegment(off_t begin, off_t stop) {
         while (begin < stop && copiesInKernel_) {
             off_t fromOffset = begin, toOffset = begin;
@@ -80,6 +96,7 @@ private:
             });
             if (copied > 0) {
                 begin += copied;
+                if (const std::error_code error = pieceIsDone(begin)) return error;
                 continue;
             }
             // Nothing copied may mean the end of the file, or a file system that does not really do it.
@@ -102,6 +119,7 @@ private:
             }
             if (const std::error_code error = write(static_cast<std::size_t>(count), begin)) return error;
             begin += count;
+            if (const std::error_code error = pieceIsDone(begin)) return error;
         }
         return {};
     }
@@ -117,18 +135,20 @@ private:
         return {};
     }
 
+    const CopyTask& task_;
     const SystemCalls& calls_;
     int from_;
     int to_;
-    off_t end_ = 0;  // where the copy ends
+    off_t end_ = 0;           // where the copy ends
+    off_t handedToDisk_ = 0;  // up to here
     bool copiesInKernel_ = true;
     std::vector<char> buffer_;
 };
 
 }  // namespace
 
-std::error_code copyContent(const SystemCalls& calls, int from, int to, const struct stat& status) {
-    return ContentCopy(calls, from, to).run(status);
+std::error_code copyContent(const CopyTask& task, int from, int to, const struct stat& status) {
+    return ContentCopy(task, from, to).run(status);
 }
 
 }  // namespace vantrel

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "platform/posix/FileContentCopy.h"
+#include "platform/posix/FolderStack.h"
 #include "platform/posix/ItemPlace.h"
+#include "platform/posix/ReadLease.h"
 
 namespace vantrel {
 
@@ -53,31 +55,40 @@ bool isCopiedAttribute(std::string_view name) {
     return name.starts_with("user.") || name.starts_with("system.posix_acl_");
 }
 
-std::error_code copyExtendedAttribute(const SystemCalls& calls, int from, int to, const char* name) {
-    std::vector<char> value(65536);  // the most that Linux allows, xattr(7)
-    const ssize_t size =
-        calls("fgetxattr", [&] { return ::fgetxattr(from, name, value.data(), value.size()); });
-    if (size < 0) return unlessUnsupported(lastError());
-    return unlessUnsupported(outcome(calls("fsetxattr", [&] {
-        return ::fsetxattr(to, name, value.data(), static_cast<std::size_t>(size), 0);
-    })));
-}
+constexpr std::size_t longestValue = 65536;  // the most that Linux allows, xattr(7)
 
-std::error_code copyExtendedAttributes(const SystemCalls& calls, int from, int to) {
-    std::vector<char> names(65536);
-    const ssize_t size = calls("flistxattr", [&] { return ::flistxattr(from, names.data(), names.size()); });
+/// Calls `take` with the name of each extended attribute of an open item that a copy keeps.
+template <class Take>
+std::error_code forEachAttribute(const SystemCalls& calls, int item, Take take) {
+    ssize_t size = calls("flistxattr", [&] { return ::flistxattr(item, nullptr, 0); });
+    if (size == 0) return {};
+    std::vector<char> names(longestValue);
+    if (size > 0) size = calls("flistxattr", [&] { return ::flistxattr(item, names.data(), names.size()); });
     if (size < 0) return unlessUnsupported(lastError());
     const std::string_view all(names.data(), static_cast<std::size_t>(size));
     for (std::size_t begin = 0; begin < all.size();) {
         const std::string name(all.substr(begin, all.find('\0', begin) - begin));
         begin += name.size() + 1;
         if (!isCopiedAttribute(name)) continue;
-        if (const std::error_code error = copyExtendedAttribute(calls, from, to, name.c_str())) return error;
+        if (const std::error_code error = take(name)) return error;
     }
     return {};
 }
 
+std::error_code copyExtendedAttributes(const SystemCalls& calls, int from, int to) {
+    return forEachAttribute(calls, from, [&](const std::string& name) -> std::error_code {
+        std::vector<char> value(longestValue);
+        const ssize_t size =
+            calls("fgetxattr", [&] { return ::fgetxattr(from, name.c_str(), value.data(), value.size()); });
+        if (size < 0) return unlessUnsupported(lastError());
+        return unlessUnsupported(outcome(calls("fsetxattr", [&] {
+            return ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(size), 0);
+        })));
+    });
+}
+
 struct LeafCopy {
+    const CopyTask& task;
     const SystemCalls& calls;
     int folder;
     const std::string& name;
@@ -86,22 +97,40 @@ struct LeafCopy {
     const std::string& newName;
 
     std::error_code file() const {
-        const FileDescriptor from(calls("openat", [&] {
-            return ::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-        }));
+        const FileDescriptor from = open(folder, name, O_RDONLY | O_NONBLOCK | O_NOCTTY);
         if (!from) return lastError();
         struct stat opened {};
         if (calls("fstat", [&] { return ::fstat(from.number(), &opened); }) != 0) return lastError();
         if (!isSameFile(opened, status)) return std::make_error_code(std::errc::no_such_file_or_directory);
-        FileDescriptor to(calls("openat", [&] {
-            return ::openat(newFolder, newName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                            0600);
-        }));
+        if (task.isMove()) task.record->add(name, opened, mayChangeUnseen(from.number(), opened));
+        FileDescriptor to = open(newFolder, newName, O_WRONLY | O_CREAT | O_EXCL);
         if (!to) return lastError();
-        if (const auto error = copyContent(calls, from.number(), to.number(), opened)) return error;
+        if (const auto error = copyContent(task, from.number(), to.number(), opened)) return error;
         if (const auto error = copyAttributes(calls, from.number(), opened, to.number())) return error;
-        // Some file systems tell of a full disk only now. Not through the gate: it must not be repeated.
-        return outcome(::close(to.release()));
+        return task.written.add(std::move(to));
+    }
+
+    /// Descriptors that only wait for their flush make room.
+    FileDescriptor open(int place, const std::string& entry, int flags) const {
+        const auto once = [&] {
+            return FileDescriptor(calls("openat", [&] {
+                return ::openat(place, entry.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0600);
+            }));
+        };
+        FileDescriptor file = once();
+        if (file || !isShortOfDescriptors(lastError())) return file;
+        if (const std::error_code error = task.written.giveUpDescriptors()) {
+            errno = error.value();
+            return {};
+        }
+        return once();
+    }
+
+    /// Whether what is written to the original from now on might leave its dates as they are.
+    bool mayChangeUnseen(int from, const struct stat& opened) const {
+        if (takeLease(calls, from) == LeaseAnswer::hasWriter) return true;
+        endLease(calls, from);
+        return isFresh(opened, volumeKindOf(from));
     }
 
     std::error_code link() const {
@@ -110,6 +139,7 @@ struct LeafCopy {
             "readlinkat", [&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
         if (size < 0) return lastError();
         const std::string text(target.data(), static_cast<std::size_t>(size));
+        recordUnopened();
         if (calls("symlinkat", [&] { return ::symlinkat(text.c_str(), newFolder, newName.c_str()); }) != 0) {
             return lastError();
         }
@@ -119,6 +149,7 @@ struct LeafCopy {
 
     std::error_code node() const {
         const mode_t kind = status.st_mode & S_IFMT;
+        recordUnopened();
         if (calls("mknodat",
                   [&] { return ::mknodat(newFolder, newName.c_str(), kind | 0600, status.st_rdev); }) != 0) {
             return lastError();
@@ -130,6 +161,11 @@ struct LeafCopy {
         const auto error = outcome(calls(
             "fchmodat", [&] { return ::fchmodat(newFolder, newName.c_str(), mode, AT_SYMLINK_NOFOLLOW); }));
         return unlessUnsupported(error) ? error : times();
+    }
+
+    void recordUnopened() const {
+        task.written.addUnopened();
+        if (task.isMove()) task.record->add(name, status);
     }
 
     void copyOwner() const {
@@ -169,9 +205,22 @@ std::error_code copyAttributes(const SystemCalls& calls, int from, const struct 
     return unlessUnsupported(outcome(calls("futimens", [&] { return ::futimens(to, times.data()); })));
 }
 
-std::error_code copyLeaf(const SystemCalls& calls, int folder, const std::string& name,
-                         const struct stat& status, int newFolder, const std::string& newName) {
-    const LeafCopy copy{calls, folder, name, status, newFolder, newName};
+std::string extendedAttributesOf(const SystemCalls& calls, int item) {
+    std::string all;
+    const auto error = forEachAttribute(calls, item, [&](const std::string& name) {
+        std::string value(longestValue, '\0');
+        const ssize_t size =
+            calls("fgetxattr", [&] { return ::fgetxattr(item, name.c_str(), value.data(), value.size()); });
+        value.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+        all += name + '\0' + std::to_string(size) + '\0' + value;
+        return std::error_code();
+    });
+    return error ? std::string() : all;
+}
+
+std::error_code copyLeaf(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
+                         int newFolder, const std::string& newName) {
+    const LeafCopy copy{task, task.calls, folder, name, status, newFolder, newName};
     if (S_ISREG(status.st_mode)) return copy.file();
     if (S_ISLNK(status.st_mode)) return copy.link();
     return copy.node();

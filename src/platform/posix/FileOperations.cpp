@@ -5,13 +5,21 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <utility>
 #include <vector>
 
 #include "platform/posix/ExclusiveRename.h"
+#include "platform/posix/FileCopy.h"
+#include "platform/posix/FolderChain.h"
 #include "platform/posix/FolderStack.h"
 #include "platform/posix/ItemPlace.h"
-#include "platform/posix/Trees.h"
+#include "platform/posix/Leftovers.h"
+#include "platform/posix/OriginalCheck.h"
+#include "platform/posix/OriginalRemoval.h"
+#include "platform/posix/PendingCopy.h"
+#include "platform/posix/WithheldSignal.h"
+#include "platform/posix/WrittenFiles.h"
 
 namespace vantrel {
 
@@ -40,15 +48,17 @@ std::error_code refuseCopyIntoItself(const SystemCalls& calls, const struct stat
     return std::make_error_code(std::errc::invalid_argument);
 }
 
+bool isSameFolder(const ItemPlace& one, const ItemPlace& other) {
+    struct stat folder {
+    }, otherFolder{};
+    return ::fstat(one.folder.number(), &folder) == 0 && ::fstat(other.folder.number(), &otherFolder) == 0 &&
+           isSameFile(folder, otherFolder);
+}
+
 /// Whether the two names are spellings of one entry in a folder that does not tell them apart, rather than
 /// two entries of the same file.
 bool isSameEntry(const SystemCalls& calls, const ItemPlace& one, const ItemPlace& other) {
-    struct stat folder {
-    }, otherFolder{};
-    if (one.name == other.name || ::fstat(one.folder.number(), &folder) != 0 ||
-        ::fstat(other.folder.number(), &otherFolder) != 0 || !isSameFile(folder, otherFolder)) {
-        return false;
-    }
+    if (one.name == other.name || !isSameFolder(one, other)) return false;
     const Result<struct stat> status = statusOf(calls, one.folder.number(), one.name);
     const Result<struct stat> otherStatus = statusOf(calls, other.folder.number(), other.name);
     if (!status || !otherStatus || !isSameFile(status.value(), otherStatus.value())) return false;
@@ -57,127 +67,37 @@ bool isSameEntry(const SystemCalls& calls, const ItemPlace& one, const ItemPlace
     return names && std::ranges::find(names.value(), other.name) == names.value().end();
 }
 
-/// A copy in the making, beside its target. What is not put in place is removed.
-class PendingCopy {
-public:
-    PendingCopy(const SystemCalls& calls, const ItemPlace& target) : calls_(calls), target_(target) {}
-    PendingCopy(const PendingCopy&) = delete;
-    PendingCopy& operator=(const PendingCopy&) = delete;
-    ~PendingCopy() {
-        if (exists_) removeTree(calls_, target_.folder.number(), name_);
-    }
-
-    std::error_code make(CopyPurpose purpose, const ItemPlace& source, const struct stat& status) {
-        exists_ = true;
-        return copyTree(calls_, purpose, source.folder.number(), source.name, status, target_.folder.number(),
-                        name_);
-    }
-
-    std::error_code compareWith(const ItemPlace& source) const {
-        return compareTrees(calls_, source.folder.number(), source.name, target_.folder.number(), name_);
-    }
-
-    /// Everything that was written has reached the disk.
-    std::error_code flush() const {
-        const FileDescriptor folder(calls_("openat", [&] {
-            return ::openat(target_.folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        }));
-        if (!folder || calls_("syncfs", [&] { return ::syncfs(folder.number()); }) != 0) return lastError();
-        return {};
-    }
-
-    std::error_code putInPlace() {
-        const int folder = target_.folder.number();
-        const std::error_code error = renameExclusively(calls_, folder, name_, folder, target_.name);
-        if (!error) exists_ = false;
-        return error;
-    }
-
-    void takeBack() {
-        const int folder = target_.folder.number();
-        exists_ = !renameExclusively(calls_, folder, target_.name, folder, name_);
-    }
-
-private:
-    const SystemCalls& calls_;
-    const ItemPlace& target_;
-    std::string name_ = temporaryName();
-    bool exists_ = false;
-};
-
-std::error_code moveByCopy(const SystemCalls& calls, const ItemPlace& source, const struct stat& status,
-                           const ItemPlace& target) {
-    PendingCopy copy(calls, target);
-    if (const auto error = copy.make(CopyPurpose::move, source, status)) return error;
-    if (const auto error = copy.flush()) return error;
-    if (const auto error = copy.compareWith(source)) return error;
-    if (const auto error = copy.putInPlace()) return error;
-    // Removing a tree takes many steps and renaming it takes one: the original is either in its place and
-    // whole, or gone.
-    const int folder = source.folder.number();
-    const std::string goneName = temporaryName();
-    if (const auto error = renameExclusively(calls, folder, source.name, folder, goneName)) {
-        copy.takeBack();
-        return error;
-    }
-    removeTree(calls, folder, goneName);
-    return {};
+/// Waits until a new name has reached the disk, and the going of the old one. What cannot be brought there is
+/// taken back.
+std::error_code flushMove(const SystemCalls& calls, const ItemPlace& source, const ItemPlace& target) {
+    std::error_code error = flushFolder(calls, target.folder.number());
+    if (!error && !isSameFolder(source, target)) error = flushFolder(calls, source.folder.number());
+    if (!error) return {};
+    const auto stays =
+        renameExclusively(calls, target.folder.number(), target.name, source.folder.number(), source.name);
+    return stays ? std::error_code() : error;
 }
 
-/// Makes or enters the folders of a path one after the other and remembers which of them it made.
-class FolderChain {
-public:
-    FolderChain(const SystemCalls& calls, mode_t mode) : calls_(calls), mode_(mode) {}
-
-    std::error_code make(const std::string& path) {
-        const std::error_code error = makeAll(path);
-        if (error) {
-            for (auto made = made_.rbegin(); made != made_.rend(); ++made) {
-                ::unlinkat(made->folder.number(), made->name.c_str(), AT_REMOVEDIR);
-            }
-        }
-        return error;
+/// Everything that a move of an item needs once a rename has turned out not to reach.
+std::error_code moveByCopy(const SystemCalls& calls, const StopRequested& stop, const ItemPlace& source,
+                           const struct stat& status, const ItemPlace& target) {
+    TreeRecord record;
+    if (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) {
+        constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+        const FileDescriptor item(
+            calls("openat", [&] { return ::openat(source.folder.number(), source.name.c_str(), flags, 0); }));
+        if (!item) return lastError();
+        record.topAttributes = extendedAttributesOf(calls, item.number());
     }
-
-private:
-    std::error_code makeAll(const std::string& path) {
-        FileDescriptor folder = open(AT_FDCWD, path.starts_with('/') ? "/" : ".");
-        if (!folder) return lastError();
-        for (std::size_t begin = 0; begin < path.size();) {
-            const std::size_t end = std::min(path.find('/', begin), path.size());
-            const std::string name = path.substr(begin, end - begin);
-            begin = end + 1;
-            if (name.empty()) continue;
-            FileDescriptor next = open(folder.number(), name);
-            if (!next && errno == ENOENT) {
-                if (const std::error_code error = makeOne(folder, name)) return error;
-                next = open(folder.number(), name);
-            }
-            if (!next) return lastError();
-            folder = std::move(next);
-        }
-        return {};
-    }
-
-    std::error_code makeOne(const FileDescriptor& folder, const std::string& name) {
-        FileDescriptor kept = open(folder.number(), ".");
-        if (!kept) return lastError();
-        if (calls_("mkdirat", [&] { return ::mkdirat(folder.number(), name.c_str(), mode_); }) == 0) {
-            made_.push_back({std::move(kept), name});
-        } else if (errno != EEXIST) {
-            return lastError();
-        }
-        return {};
-    }
-
-    FileDescriptor open(int folder, const std::string& name) const {
-        return FileDescriptor(calls_("openat", [&] { return ::openat(folder, name.c_str(), passingFlags); }));
-    }
-
-    const SystemCalls& calls_;
-    mode_t mode_;
-    std::vector<ItemPlace> made_;
-};
+    PendingCopy copy(calls, stop, target);
+    if (const auto error = copy.make(source, status, &record)) return error;
+    if (const auto error = checkInPlace(calls, record, {source.folder.number(), source.name})) return error;
+    if (const auto error = copy.putInPlace()) return error;
+    OriginalRemoval removal(calls, record, source, target);
+    const std::error_code error = removal.run();
+    if (error && removal.hasKeptAll()) copy.takeBack(record);
+    return error;
+}
 
 }  // namespace
 
@@ -191,8 +111,10 @@ std::error_code FileOperations::copyItem(const std::string& from, const std::str
     if (const auto error = requireFree(calls_, target.value().folder.number(), target.value().name))
         return error;
     if (const auto error = refuseCopyIntoItself(calls_, status.value(), target.value())) return error;
-    PendingCopy copy(calls_, target.value());
-    if (const auto error = copy.make(CopyPurpose::copy, source.value(), status.value())) return error;
+    const WithheldSignal fileSizeLimit(SIGXFSZ);
+    clearLeftovers(calls_, target.value().folder.number());
+    PendingCopy copy(calls_, stop_, target.value());
+    if (const auto error = copy.make(source.value(), status.value(), nullptr)) return error;
     return copy.putInPlace();
 }
 
@@ -209,22 +131,26 @@ std::error_code FileOperations::moveItem(const std::string& from, const std::str
     if (!status) return status.error();
     if (const auto error = refuseCopyIntoItself(calls_, status.value(), target.value())) return error;
 
+    const WithheldSignal fileSizeLimit(SIGXFSZ);
+    clearLeftovers(calls_, folder);
+    clearLeftovers(calls_, newFolder);
     const std::error_code error = renameExclusively(calls_, folder, name, newFolder, newName);
+    if (!error) return flushMove(calls_, source.value(), target.value());
     if (error == std::errc::cross_device_link) {
         if (const auto taken = requireFree(calls_, newFolder, newName)) return taken;
-        return moveByCopy(calls_, source.value(), status.value(), target.value());
+        return moveByCopy(calls_, stop_, source.value(), status.value(), target.value());
     }
     if (error == std::errc::file_exists && isSameEntry(calls_, source.value(), target.value())) {
         const int answer =
             calls_("renameat", [&] { return ::renameat(folder, name.c_str(), newFolder, newName.c_str()); });
-        return answer == 0 ? std::error_code() : lastError();
+        return answer == 0 ? flushFolder(calls_, folder) : lastError();
     }
     return error;
 }
 
 std::error_code FileOperations::createDirectory(const std::string& path, mode_t mode) const {
     if (path.empty()) return std::make_error_code(std::errc::no_such_file_or_directory);
-    return FolderChain(calls_, mode).make(path);
+    return makeFolders(calls_, path, mode);
 }
 
 }  // namespace vantrel

@@ -25,8 +25,12 @@ struct StreamCloser {
 
 std::error_code FolderStack::enter(const std::string& name) {
     Level level;
-    level.folder =
-        FileDescriptor(calls_("openat", [&] { return ::openat(current(), name.c_str(), folderFlags); }));
+    const auto open = [&] {
+        return FileDescriptor(
+            calls_("openat", [&] { return ::openat(current(), name.c_str(), folderFlags); }));
+    };
+    level.folder = open();
+    if (!level.folder && isShortOfDescriptors(lastError()) && closeOuterFolders()) level.folder = open();
     if (!level.folder) return lastError();
     if (calls_("fstat", [&] { return ::fstat(level.folder.number(), &level.status); }) != 0)
         return lastError();
@@ -46,6 +50,23 @@ std::error_code FolderStack::leave() {
     if (!isSameFile(status, outer.status)) return std::make_error_code(std::errc::no_such_file_or_directory);
     outer.folder = std::move(found);
     return {};
+}
+
+Result<std::vector<std::string>> FolderStack::names() {
+    Result<std::vector<std::string>> names = namesIn(calls_, current());
+    if (!names && isShortOfDescriptors(names.error()) && closeOuterFolders())
+        return namesIn(calls_, current());
+    return names;
+}
+
+/// All but the innermost. Answers whether there was one to close.
+bool FolderStack::closeOuterFolders() {
+    bool wasOpen = false;
+    for (std::size_t outer = 0; outer + 1 < levels_.size(); ++outer) {
+        wasOpen = wasOpen || levels_[outer].folder;
+        levels_[outer].folder.close();
+    }
+    return wasOpen;
 }
 
 Result<std::vector<std::string>> namesIn(const SystemCalls& calls, int folder) {

@@ -12,8 +12,8 @@
 namespace vantrel {
 
 /// The way down from one open folder into the folders below it, of any depth, with a bounded number of
-/// descriptors: the outer ones are closed on the way and found again through ".." - and only taken for the
-/// same folder when they are. Links are never followed.
+/// descriptors: the outer ones are closed on the way, sooner where descriptors are short, and found again
+/// through ".." - and only taken for the same folder when they are. Links are never followed.
 class FolderStack {
 public:
     /// `base` is borrowed.
@@ -31,11 +31,16 @@ public:
     /// and the way back leads elsewhere.
     std::error_code leave();
 
+    /// Names of the entries of the innermost folder, without "." and "..".
+    Result<std::vector<std::string>> names();
+
 private:
     struct Level {
         FileDescriptor folder;  ///< closed while many others lie further in
         struct stat status {};
     };
+
+    bool closeOuterFolders();
 
     const SystemCalls& calls_;
     int base_;
@@ -44,5 +49,10 @@ private:
 
 /// Names of the entries of an open folder, without "." and "..".
 Result<std::vector<std::string>> namesIn(const SystemCalls& calls, int folder);
+
+/// Whether the process has no descriptor left.
+inline bool isShortOfDescriptors(const std::error_code& error) {
+    return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
+}
 
 }  // namespace vantrel

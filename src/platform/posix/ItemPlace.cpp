@@ -2,9 +2,6 @@
 
 #include <fcntl.h>
 
-#include <cstdint>
-#include <random>
-
 #include "platform/PathLocation.h"
 #include "platform/Paths.h"
 
@@ -38,15 +35,8 @@ std::error_code requireFree(const SystemCalls& calls, int folder, const std::str
     return {};
 }
 
-std::string temporaryName() {
-    static constexpr char digits[] = "0123456789abcdef";
-    std::random_device random;
-    std::string name = ".vantrel-";
-    for (int count = 0; count < 4; ++count) {
-        for (std::uint32_t bits = random(), nibble = 0; nibble < 8; ++nibble, bits >>= 4)
-            name += digits[bits & 15];
-    }
-    return name;
+bool isGone(const SystemCalls& calls, int folder, const std::string& name) {
+    return statusOf(calls, folder, name).error() == std::errc::no_such_file_or_directory;
 }
 
 }  // namespace vantrel

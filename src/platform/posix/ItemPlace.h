@@ -27,8 +27,8 @@ Result<struct stat> statusOf(const SystemCalls& calls, int folder, const std::st
 /// Nothing when the name is free in that folder; file_exists when it is taken, also by a dangling link.
 std::error_code requireFree(const SystemCalls& calls, int folder, const std::string& name);
 
-/// A hidden name that nobody else uses.
-std::string temporaryName();
+/// Whether nothing has that name in that folder.
+bool isGone(const SystemCalls& calls, int folder, const std::string& name);
 
 inline bool isSameFile(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;

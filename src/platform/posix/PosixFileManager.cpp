@@ -12,6 +12,7 @@
 #include "platform/SystemCall.h"
 #include "platform/posix/FileOperations.h"
 #include "platform/posix/FileReading.h"
+#include "platform/posix/StopSignals.h"
 #include "platform/posix/Trash.h"
 
 namespace vantrel {
@@ -127,18 +128,22 @@ std::optional<VolumeCapacity> PosixFileManager::volumeCapacity(const std::string
 }
 
 std::error_code PosixFileManager::copyItem(const std::string& from, const std::string& to) {
-    return FileOperations().copyItem(from, to);
+    const StopSignals signals;
+    return FileOperations({}, [&] { return signals.hasArrived(); }).copyItem(from, to);
 }
 
 std::error_code PosixFileManager::moveItem(const std::string& from, const std::string& to) {
-    return FileOperations().moveItem(from, to);
+    const StopSignals signals;
+    return FileOperations({}, [&] { return signals.hasArrived(); }).moveItem(from, to);
 }
 
 std::error_code PosixFileManager::createDirectory(const std::string& path) {
+    const StopSignals signals;
     return FileOperations().createDirectory(path);
 }
 
 std::error_code PosixFileManager::trashItem(const std::string& path) {
+    const StopSignals signals;
     return Trash(Trash::userSettings()).put(path);
 }
 

@@ -3,13 +3,17 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <memory>
 
 #include "platform/PathLocation.h"
 #include "platform/Paths.h"
 #include "platform/posix/FileOperations.h"
+#include "platform/posix/Leftovers.h"
 #include "platform/posix/PosixProcessInfo.h"
+#include "platform/posix/WithheldSignal.h"
+#include "platform/posix/WrittenFiles.h"
 
 namespace vantrel {
 
@@ -47,6 +51,8 @@ std::error_code Trash::put(const std::string& path) const {
     const std::string folderPath = withoutLinks(paths::deletingLastComponent(path));
     const Result<Mount> mount = settings_.findMount(folder, folderPath);
     if (!mount) return mount.error();
+    const WithheldSignal fileSizeLimit(SIGXFSZ);
+    clearLeftovers(calls_, folder);
     const Result<TrashCan> can = isHomeMount(mount.value()) ? homeCan() : volumeCan(mount.value());
     if (!can) return can.error();
     return can.value().put(calls_, item.value(), paths::appending(folderPath, item.value().name));
@@ -93,9 +99,9 @@ Result<TrashCan> Trash::volumeCan(const Mount& mount) const {
 }
 
 Result<TrashCan> Trash::openOwnCan(int folder, const std::string& name, const std::string& topFolder) const {
-    if (calls_("mkdirat", [&] { return ::mkdirat(folder, name.c_str(), 0700); }) != 0 && errno != EEXIST) {
-        return lastError();
-    }
+    const bool isNew = calls_("mkdirat", [&] { return ::mkdirat(folder, name.c_str(), 0700); }) == 0;
+    if (!isNew && errno != EEXIST) return lastError();
+    if (const std::error_code error = isNew ? flushFolder(calls_, folder) : std::error_code()) return error;
     FileDescriptor opened(
         calls_("openat", [&] { return ::openat(folder, name.c_str(), passingFlags | O_NOFOLLOW); }));
     struct stat status {};

@@ -13,6 +13,7 @@
 
 #include "platform/Paths.h"
 #include "platform/posix/ExclusiveRename.h"
+#include "platform/posix/WrittenFiles.h"
 
 namespace vantrel {
 
@@ -22,8 +23,9 @@ constexpr std::string_view infoSuffix = ".trashinfo";
 constexpr int mostAttempts = 100'000;
 
 Result<FileDescriptor> openOwnFolder(const SystemCalls& calls, int folder, const char* name) {
-    if (calls("mkdirat", [&] { return ::mkdirat(folder, name, 0700); }) != 0 && errno != EEXIST)
-        return lastError();
+    const bool isNew = calls("mkdirat", [&] { return ::mkdirat(folder, name, 0700); }) == 0;
+    if (!isNew && errno != EEXIST) return lastError();
+    if (const std::error_code error = isNew ? flushFolder(calls, folder) : std::error_code()) return error;
     FileDescriptor opened(calls(
         "openat", [&] { return ::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
     struct stat status {};
@@ -65,7 +67,9 @@ std::error_code writeNewFile(const SystemCalls& calls, int folder, const std::st
         if (count < 0) error = lastError();
         if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
     }
+    if (!error) error = flushFile(calls, file.number());
     if (::close(file.release()) != 0 && !error) error = lastError();
+    if (!error) error = flushFile(calls, folder);
     if (error) calls("unlinkat", [&] { return ::unlinkat(folder, name.c_str(), 0); });
     return error;
 }
@@ -110,6 +114,19 @@ std::string TrashCan::infoFor(const std::string& path) const {
     return "[Trash Info]\nPath=" + paths::percentEncoded(recorded) + "\nDeletionDate=" + now() + "\n";
 }
 
+/// Gives the item its name in the can and waits until that is on the disk.
+std::error_code TrashCan::rename(const SystemCalls& calls, const ItemPlace& item,
+                                 const std::string& name) const {
+    const int folder = item.folder.number();
+    std::error_code error = renameExclusively(calls, folder, item.name, files_.number(), name);
+    if (error) return error;
+    error = flushFile(calls, files_.number());
+    if (!error) error = flushFolder(calls, folder);
+    if (!error) return {};
+    const auto stays = renameExclusively(calls, files_.number(), name, folder, item.name);
+    return stays ? std::error_code() : error;
+}
+
 std::error_code TrashCan::put(const SystemCalls& calls, const ItemPlace& item,
                               const std::string& path) const {
     if (holds(item.folder)) return std::make_error_code(std::errc::invalid_argument);
@@ -122,7 +139,7 @@ std::error_code TrashCan::put(const SystemCalls& calls, const ItemPlace& item,
         std::error_code error = writeNewFile(calls, info_.number(), infoName, info);
         if (error == std::errc::file_exists) continue;
         if (error) return error;
-        error = renameExclusively(calls, item.folder.number(), item.name, files_.number(), name);
+        error = rename(calls, item, name);
         if (!error) return {};
         calls("unlinkat", [&] { return ::unlinkat(info_.number(), infoName.c_str(), 0); });
         // A file without its info, left behind by somebody, keeps its name.

@@ -16,11 +16,11 @@ namespace {
 
 class TreeCopy {
 public:
-    TreeCopy(const SystemCalls& calls, CopyPurpose purpose, int folder, int newFolder)
-        : calls_(calls),
-          purpose_(purpose),
-          original_(calls, folder),
-          copy_(calls, newFolder),
+    TreeCopy(const CopyTask& task, int folder, int newFolder)
+        : task_(task),
+          calls_(task.calls),
+          original_(calls_, folder),
+          copy_(calls_, newFolder),
           mount_(mountOf(folder)) {}
 
     std::error_code run(const std::string& name, const std::string& newName) {
@@ -40,10 +40,11 @@ private:
         }
         if (const std::error_code error = original_.enter(name)) return error;
         if (const std::error_code error = copy_.enter(newName)) return error;
-        if (purpose_ == CopyPurpose::move) {
+        if (task_.isMove()) {
             if (const std::error_code error = requireRemovable()) return error;
+            task_.record->add(name, original_.status());
         }
-        Result<std::vector<std::string>> names = namesIn(calls_, original_.current());
+        Result<std::vector<std::string>> names = original_.names();
         if (!names) return names.error();
         remaining_.push_back(std::move(names.value()));
         return {};
@@ -60,6 +61,7 @@ private:
     }
 
     std::error_code copyNext() {
+        if (const std::error_code error = task_.goOn()) return error;
         const std::string name = std::move(remaining_.back().back());
         remaining_.back().pop_back();
         const Result<struct stat> status = statusOf(calls_, original_.current(), name);
@@ -68,7 +70,7 @@ private:
             return hasVanished ? std::error_code() : status.error();
         }
         if (!S_ISDIR(status.value().st_mode)) {
-            return copyLeaf(calls_, original_.current(), name, status.value(), copy_.current(), name);
+            return copyLeaf(task_, original_.current(), name, status.value(), copy_.current(), name);
         }
         // The copy lies inside its original, and would grow without end.
         if (isSameFile(status.value(), root_)) return std::make_error_code(std::errc::invalid_argument);
@@ -79,12 +81,14 @@ private:
         remaining_.pop_back();
         const auto error = copyAttributes(calls_, original_.current(), original_.status(), copy_.current());
         if (error) return error;
+        if (const std::error_code refused = task_.written.addFolder(copy_.current())) return refused;
+        if (task_.isMove()) task_.record->finishFolder();
         if (const std::error_code left = original_.leave()) return left;
         return copy_.leave();
     }
 
+    const CopyTask& task_;
     const SystemCalls& calls_;
-    CopyPurpose purpose_;
     FolderStack original_;
     FolderStack copy_;
     std::uint64_t mount_;
@@ -95,10 +99,10 @@ private:
 
 }  // namespace
 
-std::error_code copyTree(const SystemCalls& calls, CopyPurpose purpose, int folder, const std::string& name,
-                         const struct stat& status, int newFolder, const std::string& newName) {
-    if (S_ISDIR(status.st_mode)) return TreeCopy(calls, purpose, folder, newFolder).run(name, newName);
-    return copyLeaf(calls, folder, name, status, newFolder, newName);
+std::error_code copyTree(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
+                         int newFolder, const std::string& newName) {
+    if (S_ISDIR(status.st_mode)) return TreeCopy(task, folder, newFolder).run(name, newName);
+    return copyLeaf(task, folder, name, status, newFolder, newName);
 }
 
 }  // namespace vantrel

@@ -21,12 +21,15 @@ public:
         : calls_(calls), stack_(calls, folder), mount_(mountOf(folder)) {}
 
     std::error_code run(const std::string& name) {
-        if (const std::error_code error = remove(name)) return error;
+        remove(name);
         while (!open_.empty()) {
-            const std::error_code error = open_.back().names.empty() ? removeEmptied() : removeNext();
-            if (error) return error;
+            if (!open_.back().names.empty()) {
+                removeNext();
+            } else if (!removeEmptied()) {
+                break;  // the way back is lost
+            }
         }
-        return {};
+        return first_;
     }
 
 private:
@@ -35,60 +38,83 @@ private:
         std::vector<std::string> names;  // still to be removed
     };
 
-    std::error_code removeNext() {
+    void note(const std::error_code& error) {
+        if (!first_) first_ = error;
+    }
+
+    void removeNext() {
         const std::string name = std::move(open_.back().names.back());
         open_.back().names.pop_back();
-        return remove(name);
+        remove(name);
     }
 
-    std::error_code remove(const std::string& name) {
+    void remove(const std::string& name) {
         const Result<struct stat> status = statusOf(calls_, stack_.current(), name);
         if (!status) {
-            const bool hasVanished = status.error() == std::errc::no_such_file_or_directory;
-            return hasVanished ? std::error_code() : status.error();
+            if (status.error() != std::errc::no_such_file_or_directory) note(status.error());
+        } else if (S_ISDIR(status.value().st_mode)) {
+            enter(name, status.value());
+        } else {
+            unlink(name, 0);
         }
-        return S_ISDIR(status.value().st_mode) ? enter(name, status.value()) : unlink(name, 0);
     }
 
-    std::error_code unlink(const std::string& name, int flags) const {
+    void unlink(const std::string& name, int flags) {
         const int answer =
             calls_("unlinkat", [&] { return ::unlinkat(stack_.current(), name.c_str(), flags); });
-        return answer == 0 || errno == ENOENT ? std::error_code() : lastError();
+        if (answer != 0 && errno != ENOENT) note(lastError());
     }
 
-    std::error_code enter(const std::string& name, const struct stat& status) {
+    void enter(const std::string& name, const struct stat& status) {
         // Read-only folders are emptied too. Where this is refused, what follows says so.
         if ((status.st_mode & ownersBits) != ownersBits) {
             calls_("fchmodat", [&] {
                 return ::fchmodat(stack_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW);
             });
         }
-        if (const std::error_code error = stack_.enter(name)) return error;
+        if (const std::error_code error = stack_.enter(name)) return note(error);
+        open_.push_back({name, {}});
         if (mountOf(stack_.current()) != mount_)
-            return std::make_error_code(std::errc::device_or_resource_busy);
-        Result<std::vector<std::string>> names = namesIn(calls_, stack_.current());
-        if (!names) return names.error();
-        open_.push_back({name, std::move(names.value())});
-        return {};
+            return note(std::make_error_code(std::errc::device_or_resource_busy));
+        Result<std::vector<std::string>> names = stack_.names();
+        if (!names) return note(names.error());
+        open_.back().names = std::move(names.value());
     }
 
-    std::error_code removeEmptied() {
+    /// Answers whether this is still the way that led down.
+    bool removeEmptied() {
         const std::string name = std::move(open_.back().name);
         open_.pop_back();
-        if (const std::error_code error = stack_.leave()) return error;
-        return unlink(name, AT_REMOVEDIR);
+        if (const std::error_code error = stack_.leave()) {
+            note(error);
+            return false;
+        }
+        unlink(name, AT_REMOVEDIR);
+        return true;
     }
 
     const SystemCalls& calls_;
     FolderStack stack_;
     std::uint64_t mount_;
     std::vector<OpenFolder> open_;
+    std::error_code first_;
 };
 
 }  // namespace
 
 std::error_code removeTree(const SystemCalls& calls, int folder, const std::string& name) {
     return TreeRemoval(calls, folder).run(name);
+}
+
+std::error_code removeContents(const SystemCalls& calls, int folder) {
+    const Result<std::vector<std::string>> names = namesIn(calls, folder);
+    if (!names) return names.error();
+    std::error_code first;
+    for (const std::string& name : names.value()) {
+        const std::error_code error = removeTree(calls, folder, name);
+        if (!first) first = error;
+    }
+    return first;
 }
 
 }  // namespace vantrel
