@@ -5,6 +5,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
+#include "platform/posix/SearchPath.h"
 #include "platform/posix/StandardDescriptors.h"
 
 namespace {
@@ -29,6 +30,7 @@ int print(const char* text) {
 
 int main(int argc, char** argv) {
     vantrel::occupyStandardDescriptors();
+    vantrel::keepOnlyAbsoluteSearchPaths();
     const std::vector<std::string> arguments(argv, argv + argc);
     if (arguments.size() == 2 && arguments[1] == "--help") return print(help);
     if (arguments.size() == 2 && arguments[1] == "--version") return print("vantrel " VANTREL_VERSION "\n");

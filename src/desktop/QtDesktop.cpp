@@ -1,14 +1,27 @@
 #include "desktop/QtDesktop.h"
 
 #include "model/VantrelEngine.h"
+#include "platform/freedesktop/SilentBus.h"
 #include "platform/posix/CoarseClock.h"
 #include "platform/posix/SystemClock.h"
 #include "walk/WalkPool.h"
 
 namespace vantrel {
 
+namespace {
+
+/// A bus that works answers in less than a millisecond, one on a busy machine still long before this.
+constexpr unsigned secondsForTheBus = 3;
+
+const char* withoutASilentBus(const char* programName) {
+    leaveSilentSessionBus(secondsForTheBus);
+    return programName;
+}
+
+}  // namespace
+
 QtDesktop::QtDesktop(const char* programName)
-    : application_(programName),
+    : application_(withoutASilentBus(programName)),
       // Never destroyed, like the clocks and the pool below: walks use them until the process has ended.
       mainQueue_(*new QtMainQueue),
       preview_(application_, mainQueue_),

@@ -157,19 +157,19 @@ class Session:
         assert select.select([fifo], [], [], LIMIT)[0], f"{manager} does not start"
         os.close(fifo)
 
-    def start(self, *arguments, cwd=None, extra_environment=None):
+    def start(self, *arguments, cwd=None, extra_environment=None, stdout=None):
         """Starts the program without waiting for anything."""
         command = [os.path.join(self.programs, "vantrel"), *arguments]
-        self.start_command(command, cwd, extra_environment)
+        self.start_command(command, cwd, extra_environment, stdout)
 
-    def start_command(self, command, cwd=None, extra_environment=None, **options):
+    def start_command(self, command, cwd=None, extra_environment=None, stdout=None, **options):
         self._close_outputs()
         self.outputs = [open(self.path(name), "w+b") for name in ("stdout", "stderr")]
         self.program = self.spawn(
             command,
             cwd=cwd or self.folder,
             env={**self.environment, **(extra_environment or {})},
-            stdout=self.outputs[0],
+            stdout=stdout or self.outputs[0],
             stderr=self.outputs[1],
             **options,
         )

@@ -90,15 +90,15 @@ void takeDefaultSignals() {
 std::optional<std::string> programOnPath(const std::string& name) {
     if (name.empty()) return std::nullopt;
     if (name.find('/') != std::string::npos)
-        return isExecutableFile(name) ? std::optional(name) : std::nullopt;
+        return name.starts_with('/') && isExecutableFile(name) ? std::optional(name) : std::nullopt;
     const char* const path = std::getenv("PATH");
     std::string_view folders = path == nullptr ? "/usr/local/bin:/usr/bin:/bin" : path;
     while (!folders.empty()) {
         const std::size_t colon = folders.find(':');
         const std::string_view folder = folders.substr(0, colon);
         folders.remove_prefix(colon == std::string_view::npos ? folders.size() : colon + 1);
-        // An empty entry would mean the working directory, which may be anybody's.
-        if (folder.empty()) continue;
+        // Others, the empty one among them, begin at the working directory, which may be anybody's.
+        if (!folder.starts_with('/')) continue;
         std::string candidate(folder);
         candidate += '/' + name;
         if (isExecutableFile(candidate)) return candidate;

@@ -11,8 +11,8 @@
 /// Starts other programs and lets go of them. Any thread.
 namespace vantrel::launching {
 
-/// Path of the first executable file called `name` in the folders of $PATH; `name` itself where it holds a
-/// slash and is executable.
+/// Path of the first executable file called `name` in those folders of $PATH that are absolute; `name` itself
+/// where it is absolute and executable. Nothing is ever looked up in the working directory.
 std::optional<std::string> programOnPath(const std::string& name);
 
 /// A descriptor for fchdir(2), whose caller needs to be allowed to enter the folder but not to read it.
