@@ -34,7 +34,8 @@ public:
         if (sharesBlocks()) return {};
         if (status.st_size == 0) return copyThroughBuffer(0, std::numeric_limits<off_t>::max());
         if (const std::error_code error = copyData(status)) return error;
-        // Makes the hole at the end, if there is one.
+        // Makes the hole at the end. Only where there is one: some file systems flush the file first.
+        if (writtenEnd_ == end_) return {};
         return calls_("ftruncate", [&] { return ::ftruncate(to_, end_); }) == 0 ? std::error_code()
                                                                                 : lastError();
     }
@@ -77,6 +78,7 @@ private:
 
     /// After each piece up to `end`: begins to bring it to the disk, and asks whether to go on.
     std::error_code pieceIsDone(off_t end) {
+        writtenEnd_ = end;
         if (end - handedToDisk_ >= writtenAtATime) {
             // Only begins; what goes wrong shows when the file is flushed.
             calls_("sync_file_range", [&] {
@@ -140,7 +142,8 @@ private:
     int from_;
     int to_;
     off_t end_ = 0;           // where the copy ends
-    off_t handedToDisk_ = 0;  // up to here
+    off_t writtenEnd_ = 0;    // up to where the copy has content
+    off_t handedToDisk_ = 0;  // up to where that was sent to the disk
     bool copiesInKernel_ = true;
     std::vector<char> buffer_;
 };
