@@ -40,3 +40,9 @@ soak() {
         *) count "soak" 0 1 ;;
     esac
 }
+
+# cut_power ROUNDS: operations on real file systems whose power fails, with the program that build_suites made for
+# release. Only root may.
+cut_power() {
+    run_counted "power cuts" python3 -B "$root/tests/crash/run.py" --programs "$root/build/release/bin" --rounds "$1"
+}

@@ -23,6 +23,7 @@ packages_to_test=(
 # For ./test --long, tools/tidy among it, besides those.
 packages_for_long_tests=(
     clang libclang-rt-14-dev bubblewrap clang-tidy-14
+    e2fsprogs xfsprogs btrfs-progs git
 )
 
 # For tools/pictures, besides those.
