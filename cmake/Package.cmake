@@ -23,4 +23,9 @@ file(READ packaging/debian/description CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/CompleteDebianTree.cmake)
 set(CPACK_VANTREL_DEBIAN_FOLDER ${PROJECT_SOURCE_DIR}/packaging/debian)
 
+# Its files are as old as the last commit, so that the same commit gives the same package.
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/PackageTime.cmake)
+set(CPACK_VANTREL_SOURCE_FOLDER ${PROJECT_SOURCE_DIR})
+set(CPACK_VANTREL_RELEASE_DATE ${VANTREL_RELEASE_DATE})
+
 include(CPack)
