@@ -60,6 +60,8 @@ std::error_code RecordedRemoval::leaf(const TreeRecord::Entry& entry) {
     if (const auto refused = renameExclusively(calls_, folder, name, outOfReach_, there))
         return isGone(calls_, folder, name) ? std::error_code() : refused;
     std::error_code reason = lookAgain(subject, outOfReach_, there);
+    // A file that is removed while it is open stays under another name for a while on NFS.
+    if (!subject.isLeased) subject.file.close();
     if (!reason) reason = unlink(outOfReach_, there, 0);
     // Asked twice, for an error that passes must not cost the item its place.
     if (reason && !renameToFreeName(calls_, outOfReach_, there, folder, name))
