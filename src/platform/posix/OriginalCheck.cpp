@@ -64,7 +64,7 @@ std::error_code unlessChanged(bool isUnchanged) {
 /// What is true of an original before it is touched.
 class InPlace {
 public:
-    InPlace(const SystemCalls& calls, const TreeRecord& record, ItemReference original)
+    InPlace(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original)
         : calls_(calls), record_(record), top_(original), stack_(calls, original.folder) {}
 
     std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
@@ -106,8 +106,9 @@ private:
 
 class Aside : SideBySide {
 public:
-    Aside(const SystemCalls& calls, const TreeRecord& record, ItemReference original, ItemReference copy)
-        : SideBySide(calls, record, std::move(original), std::move(copy)) {}
+    Aside(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
+          const ItemReference& copy)
+        : SideBySide(calls, record, original, copy) {}
 
     std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = compareState(entry)) return error;
@@ -164,7 +165,8 @@ private:
 /// What is true of a copy that nobody has touched.
 class Untouched {
 public:
-    Untouched(const SystemCalls& calls, const TreeRecord& record, ItemReference copy, const timespec& seen)
+    Untouched(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
+              const timespec& seen)
         : calls_(calls), record_(record), top_(copy), stack_(calls, copy.folder), seen_(seen) {}
 
     std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
@@ -241,18 +243,19 @@ std::error_code SideBySide::compareContent(int original, const TreeRecord::Entry
     return compareFiles(calls_, original, copy.number());
 }
 
-std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record, ItemReference original) {
+std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record,
+                             const ItemReference& original) {
     InPlace check(calls, record, original);
     return record.visit(check);
 }
 
-std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record, ItemReference original,
-                              ItemReference copy) {
+std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record,
+                              const ItemReference& original, const ItemReference& copy) {
     Aside check(calls, record, original, copy);
     return record.visit(check);
 }
 
-std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, ItemReference copy,
+std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
                           const timespec& seen) {
     Untouched check(calls, record, copy, seen);
     return record.visit(check);

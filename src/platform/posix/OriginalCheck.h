@@ -17,7 +17,8 @@ struct ItemReference {
 /// Goes through an original and its copy side by side, as the record says. Base of those who look at both.
 class SideBySide {
 protected:
-    SideBySide(const SystemCalls& calls, const TreeRecord& record, ItemReference original, ItemReference copy)
+    SideBySide(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
+               const ItemReference& copy)
         : calls_(calls),
           record_(record),
           originalTop_(original),
@@ -52,16 +53,17 @@ std::error_code busy();
 
 /// Whether an original stands in its place as it was copied: nothing came, went or was changed in any way. An
 /// item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted.
-std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record, ItemReference original);
+std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record,
+                             const ItemReference& original);
 
 /// The same for a folder that was given another name meanwhile, where nobody finds it any more: nobody has a
 /// file in it open for writing either, and what could have been changed without a trace is compared with the
 /// copy. device_or_resource_busy when it is not so.
-std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record, ItemReference original,
-                              ItemReference copy);
+std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record,
+                              const ItemReference& original, const ItemReference& copy);
 
 /// Whether a copy is still as it was made, before others could see it: `seen` is when they could.
-std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, ItemReference copy,
+std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
                           const timespec& seen);
 
 }  // namespace vantrel

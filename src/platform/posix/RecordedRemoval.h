@@ -13,9 +13,9 @@ class RecordedRemoval : SideBySide {
 public:
     /// `reach` is that folder, borrowed; -1 where there could be none, so that the looking comes just before
     /// the removing.
-    RecordedRemoval(const SystemCalls& calls, const TreeRecord& record, ItemReference original,
-                    ItemReference copy, int outOfReach, std::string nameThere = "")
-        : SideBySide(calls, record, std::move(original), std::move(copy)),
+    RecordedRemoval(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
+                    const ItemReference& copy, int outOfReach, std::string nameThere = "")
+        : SideBySide(calls, record, original, copy),
           outOfReach_(outOfReach),
           topNameThere_(std::move(nameThere)) {}
 
