@@ -280,6 +280,11 @@ class Menus(GestureCase):
         self.left.expect_cursor(2, "active")
         self.quit_and_expect_silence()
 
+    def test_keys_typed_ahead_of_the_message_answer_it_and_go_on(self):
+        self.type_ahead("alt+v", "Down", "Return", "x", "Return", "F7", "q", "w", "Return", "Down")
+        self.expect_names("a01", "a02", "a03", "file.txt", "qw")
+        self.quit_and_expect_silence()
+
     def test_escape_gives_the_keyboard_back(self):
         self.type_ahead("alt+h", "Escape", "Down")
         self.left.expect_cursor(2, "active")

@@ -23,7 +23,13 @@ QMessageBox* openBox() {
 /// Runs `alert` and, once it is open, `act`.
 template <class Act>
 void runAlert(Act act) {
-    QTimer::singleShot(0, qApp, act);
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        if (openBox() == nullptr) return;
+        look.stop();
+        act();
+    });
+    look.start(0);
     application().runModal(alert);
 }
 
@@ -110,6 +116,25 @@ TEST_F(QtAlertTest, endsWithTheProgram) {
 TEST_F(QtAlertTest, endsWithItsWindow) {
     runAlert([&] { window.reset(); });
     EXPECT_EQ(openBox(), nullptr);
+}
+
+namespace {
+
+/// Sends keys as the window system does: they wait until somebody asks for events.
+void typeAhead(QWindow* window, std::initializer_list<Qt::Key> keys) {
+    for (const Qt::Key key : keys) {
+        QTimer::singleShot(0, window, [window, key] { QTest::keyClick(window, key); });
+    }
+}
+
+}  // namespace
+
+TEST_F(QtAlertTest, keysTypedAheadAnswerItAndGoOnToTheContent) {
+    typeAhead(content().window()->windowHandle(), {Qt::Key_Down, Qt::Key_Return, Qt::Key_Up});
+    application().runModal(alert);
+    EXPECT_EQ(openBox(), nullptr);
+    ASSERT_EQ(root->keys.size(), 1U) << "what follows the answer";
+    EXPECT_EQ(root->keys[0].key, Key::up);
 }
 
 TEST(QtAlert, needsNoWindow) {

@@ -231,7 +231,7 @@ TEST_F(QtContentWidgetTest, aClickLeavesTheKeyboardToTheField) {
     field.setGeometry(0, 0, 50, 20);
     field.show();
     field.setFocus();
-    QTest::mouseClick(&widget, Qt::LeftButton, {}, {120, 45});
+    QTest::mouseClick(&widget, Qt::LeftButton, {}, {200, 150});
     EXPECT_EQ(root->clicks.size(), 1U);
     EXPECT_TRUE(field.hasFocus());
 }

@@ -90,6 +90,14 @@ TEST_F(QtInputHistoryTest, anotherKeyAtTheTimeOfARelease) {
     EXPECT_THAT(repeats(), ElementsAre(KeyRepeat::first, KeyRepeat::first));
 }
 
+TEST_F(QtInputHistoryTest, keysWithoutATimeArePressedEachTime) {
+    for (int i = 0; i < 2; ++i) {
+        send(QEvent::KeyPress, scanCodeOfReturn, 0);
+        send(QEvent::KeyRelease, scanCodeOfReturn, 0);
+    }
+    EXPECT_THAT(repeats(), ElementsAre(KeyRepeat::first, KeyRepeat::first));
+}
+
 TEST_F(QtInputHistoryTest, aReleaseInAnotherWindowIsRememberedToo) {
     send(QEvent::KeyPress, scanCodeOfReturn, 1000);
     QWidget other;

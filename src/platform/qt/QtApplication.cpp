@@ -4,11 +4,13 @@
 #include <QIcon>
 #include <QMessageBox>
 #include <QProxyStyle>
+#include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
 
 #include "platform/qt/QtAccessibleContent.h"
+#include "platform/qt/TypedAhead.h"
 
 namespace vantrel {
 
@@ -131,10 +133,16 @@ void QtApplication::runModal(const Alert& alert) {
     box->setText(QString::fromStdString(alert.messageText));
     box->setInformativeText(QString::fromStdString(alert.informativeText));
     box->addButton(QString::fromStdString(alert.button).replace('&', "&&"), QMessageBox::AcceptRole);
+    TypedAhead typed;
+    typed.collect();
+    QTimer::singleShot(0, box, [&] {
+        typed.deliver([&] { return box && box->isVisible() ? box->windowHandle() : nullptr; });
+    });
     box->exec();
     delete box;
     // Where no window manager does it.
     if (window_) window_->activateWindow();
+    typed.deliver([this] { return window_ ? window_->windowHandle() : nullptr; });
 }
 
 void QtApplication::terminate() {

@@ -22,9 +22,9 @@ QtInputHistory::QtInputHistory(QObject* parent) : QObject(parent) {
 KeyRepeat QtInputHistory::repeatOf(const QKeyEvent& press) const {
     if (press.isAutoRepeat()) return KeyRepeat::held;
     const auto release = releases_.find(press.nativeScanCode());
-    // A press without a code comes from no keyboard.
-    const bool isHeld =
-        press.nativeScanCode() != 0 && release != releases_.end() && release->second == press.timestamp();
+    // A press without a code comes from no keyboard, and one without a time cannot be told by it.
+    const bool isHeld = press.nativeScanCode() != 0 && press.timestamp() != 0 && release != releases_.end() &&
+                        release->second == press.timestamp();
     return isHeld ? KeyRepeat::held : KeyRepeat::first;
 }
 

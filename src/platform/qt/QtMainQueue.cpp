@@ -31,8 +31,8 @@ void QtMainQueue::post(Task task) {
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
-// What was typed ahead is handled in one go, before anything posted. So the tasks run when the next event of
-// the window system comes by, before anybody gets it; or, when none waits, with what was posted.
+// What was typed ahead is handled in one go, before anything posted. So the tasks run when the next input
+// comes by, before anybody gets it; or, when none waits, with what was posted.
 void QtMainQueue::postAfterEvent(Task task) {
     {
         const std::scoped_lock lock(mutex_);
@@ -46,7 +46,18 @@ void QtMainQueue::postAfterEvent(Task task) {
 }
 
 bool QtMainQueue::eventFilter(QObject*, QEvent* event) {
-    if (event->spontaneous()) runAfterEvent();
+    switch (event->type()) {
+        case QEvent::ShortcutOverride:
+        case QEvent::KeyPress:
+        case QEvent::InputMethod:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+            runAfterEvent();
+            break;
+        default:
+            break;
+    }
     return false;
 }
 
