@@ -90,6 +90,15 @@ TEST_F(QtInputHistoryTest, anotherKeyAtTheTimeOfARelease) {
     EXPECT_THAT(repeats(), ElementsAre(KeyRepeat::first, KeyRepeat::first));
 }
 
+TEST_F(QtInputHistoryTest, aPressAtTheTimeOfAReleaseThatCameSoonerThanAnyRepeatIsAPress) {
+    send(QEvent::KeyPress, scanCodeOfReturn, 1000);
+    send(QEvent::KeyRelease, scanCodeOfReturn, 1012);
+    send(QEvent::KeyPress, scanCodeOfReturn, 1012);
+    send(QEvent::KeyRelease, scanCodeOfReturn, 1030);
+    send(QEvent::KeyPress, scanCodeOfReturn, 1030, true);
+    EXPECT_THAT(repeats(), ElementsAre(KeyRepeat::first, KeyRepeat::first, KeyRepeat::first));
+}
+
 TEST_F(QtInputHistoryTest, keysWithoutATimeArePressedEachTime) {
     for (int i = 0; i < 2; ++i) {
         send(QEvent::KeyPress, scanCodeOfReturn, 0);

@@ -9,6 +9,14 @@
 
 namespace vantrel {
 
+namespace {
+
+// Nobody's keyboard repeats sooner. A press at the time of a release before that is a press of its own: a
+// busy X server may handle what two programs feign within one millisecond.
+constexpr quint64 shortestRepeatDelay = 100;  // milliseconds
+
+}  // namespace
+
 QtInputHistory& QtInputHistory::ofApplication() {
     static QPointer<QtInputHistory> history;
     if (!history) history = new QtInputHistory(qApp);
@@ -20,11 +28,12 @@ QtInputHistory::QtInputHistory(QObject* parent) : QObject(parent) {
 }
 
 KeyRepeat QtInputHistory::repeatOf(const QKeyEvent& press) const {
-    if (press.isAutoRepeat()) return KeyRepeat::held;
-    const auto release = releases_.find(press.nativeScanCode());
+    const auto times = keys_.find(press.nativeScanCode());
     // A press without a code comes from no keyboard, and one without a time cannot be told by it.
-    const bool isHeld = press.nativeScanCode() != 0 && press.timestamp() != 0 && release != releases_.end() &&
-                        release->second == press.timestamp();
+    const bool isKnown = press.nativeScanCode() != 0 && press.timestamp() != 0 && times != keys_.end();
+    bool isHeld = press.isAutoRepeat();
+    if (isKnown && times->second.release == press.timestamp())
+        isHeld = press.timestamp() - times->second.press >= shortestRepeatDelay;
     return isHeld ? KeyRepeat::held : KeyRepeat::first;
 }
 
@@ -32,12 +41,11 @@ bool QtInputHistory::eventFilter(QObject*, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyRelease: {
             const auto& release = *static_cast<QKeyEvent*>(event);
-            releases_[release.nativeScanCode()] = release.timestamp();
+            keys_[release.nativeScanCode()].release = release.timestamp();
             break;
         }
         case QEvent::KeyPress:
-            // What is clicked after a key is a click of its own.
-            button_ = Qt::NoButton;
+            notePress(*static_cast<QKeyEvent*>(event));
             break;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
@@ -50,6 +58,12 @@ bool QtInputHistory::eventFilter(QObject*, QEvent* event) {
             break;
     }
     return false;
+}
+
+void QtInputHistory::notePress(const QKeyEvent& press) {
+    // What is clicked after a key is a click of its own.
+    button_ = Qt::NoButton;
+    if (repeatOf(press) == KeyRepeat::first) keys_[press.nativeScanCode()].press = press.timestamp();
 }
 
 void QtInputHistory::countPress(const QMouseEvent& press) {

@@ -18,7 +18,7 @@ public:
     static QtInputHistory& ofApplication();
 
     /// Whether the press only says that the key is still held. Qt's own mark is missing on some of those; but
-    /// on X11 every one of them carries the time of the release before it, which no finger can do.
+    /// on X11 every one of them carries the time of the release before it, and comes only after a while.
     KeyRepeat repeatOf(const QKeyEvent& press) const;
 
     /// The number of the last press of a mouse button in its series: presses of one button, each no later
@@ -31,11 +31,17 @@ protected:
 
 private:
     explicit QtInputHistory(QObject* parent);
+    void notePress(const QKeyEvent& press);
     void countPress(const QMouseEvent& press);
     void followMove(const QMouseEvent& move);
     bool isNear(const QPoint& place) const;
 
-    std::map<quint32, quint64> releases_;  ///< time of the last one, in milliseconds, by scan code
+    struct KeyTimes {
+        quint64 press = 0;    ///< the last one that was no repeat; milliseconds, as the next
+        quint64 release = 0;  ///< the last one
+    };
+
+    std::map<quint32, KeyTimes> keys_;  ///< by scan code
     int clickCount_ = 0;
     Qt::MouseButton button_ = Qt::NoButton;  ///< of the last press; this and the next two
     quint64 time_ = 0;
