@@ -283,6 +283,9 @@ class Menus(GestureCase):
     def test_keys_typed_ahead_of_the_message_answer_it_and_go_on(self):
         self.type_ahead("alt+v", "Down", "Return", "x", "Return", "F7", "q", "w", "Return", "Down")
         self.expect_names("a01", "a02", "a03", "file.txt", "qw")
+        self.left.expect_rows(6)
+        self.type_ahead("Home", "alt+v", "Down", "Return", "space", "Down")
+        self.left.expect_cursor(1, "active")
         self.quit_and_expect_silence()
 
     def test_escape_gives_the_keyboard_back(self):

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QMessageBox>
 #include <QProxyStyle>
+#include <QPushButton>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
@@ -132,7 +133,9 @@ void QtApplication::runModal(const Alert& alert) {
     box->setTextFormat(Qt::PlainText);
     box->setText(QString::fromStdString(alert.messageText));
     box->setInformativeText(QString::fromStdString(alert.informativeText));
-    box->addButton(QString::fromStdString(alert.button).replace('&', "&&"), QMessageBox::AcceptRole);
+    // Has the keyboard at once, also for keys that come before the window system knows of the message.
+    box->addButton(QString::fromStdString(alert.button).replace('&', "&&"), QMessageBox::AcceptRole)
+        ->setFocus();
     TypedAhead typed;
     typed.collect();
     QTimer::singleShot(0, box, [&] {
