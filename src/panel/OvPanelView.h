@@ -101,6 +101,12 @@ protected:
     void frameDidChange() override { clampScroll(); }
 
 private:
+    /// A folder's row whose final report is still to come.
+    struct AwaitedSize {
+        std::shared_ptr<FileItem> item;
+        std::weak_ptr<const void> request;  ///< gone when it can bring no report any more
+    };
+
     OvPanelView(const Desktop& desktop, VantrelEngine& engine);
 
     std::int64_t itemCount() const { return static_cast<std::int64_t>(items_.size()); }
@@ -111,11 +117,6 @@ private:
     ItemList readDirectory();
     void selectAfterLoading(const std::optional<std::string>& keepSelection);
     void requestSizes();
-    /// A folder's row whose final report is still to come.
-    struct AwaitedSize {
-        std::shared_ptr<FileItem> item;
-        std::weak_ptr<const void> request;  ///< gone when it can bring no report any more
-    };
     void requestSize(AwaitedSize& awaited);
     void sizeDidUpdate(FileItem& item, VantrelState state);
     void sortAfterTotal();

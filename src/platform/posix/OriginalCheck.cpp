@@ -61,14 +61,22 @@ std::error_code unlessChanged(bool isUnchanged) {
     return isUnchanged ? std::error_code() : busy();
 }
 
-/// What is true of an original before it is touched.
-class InPlace {
+/// Goes through one item, an original or its copy, as the record says. Base of those who look at one only.
+class OneTree {
 public:
-    InPlace(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original)
-        : calls_(calls), record_(record), top_(original), stack_(calls, original.folder) {}
+    std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
 
-    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
-        if (const std::error_code error = leaf(entry)) return error;
+protected:
+    OneTree(const SystemCalls& calls, const TreeRecord& record, const ItemReference& top)
+        : calls_(calls), record_(record), top_(top), stack_(calls, top.folder) {}
+
+    bool isTop(const TreeRecord::Entry& entry) const { return &entry == &record_.top(); }
+    const std::string& nameOf(const TreeRecord::Entry& entry) const {
+        return isTop(entry) ? top_.name : entry.name;
+    }
+
+    /// Into a folder, which must hold the names that the record has of it.
+    std::error_code enterUnchanged(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = stack_.enter(nameOf(entry))) return error;
         Result<std::vector<std::string>> names = stack_.names();
         if (!names) return names.error();
@@ -76,7 +84,22 @@ public:
         return unlessChanged(names.value() == record_.namesBelow(index));
     }
 
-    std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
+    const SystemCalls& calls_;
+    const TreeRecord& record_;
+    ItemReference top_;
+    FolderStack stack_;
+};
+
+/// What is true of an original before it is touched.
+class InPlace : public OneTree {
+public:
+    InPlace(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original)
+        : OneTree(calls, record, original) {}
+
+    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
+        if (const std::error_code error = leaf(entry)) return error;
+        return enterUnchanged(entry, index);
+    }
 
     std::error_code leaf(const TreeRecord::Entry& entry) const {
         const Result<struct stat> status = statusOf(calls_, stack_.current(), nameOf(entry));
@@ -92,16 +115,6 @@ public:
         const bool isFixed = (extended.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
         return isFixed ? std::make_error_code(std::errc::operation_not_permitted) : std::error_code();
     }
-
-private:
-    const std::string& nameOf(const TreeRecord::Entry& entry) const {
-        return &entry == &record_.top() ? top_.name : entry.name;
-    }
-
-    const SystemCalls& calls_;
-    const TreeRecord& record_;
-    ItemReference top_;
-    FolderStack stack_;
 };
 
 class Aside : SideBySide {
@@ -163,22 +176,16 @@ private:
 };
 
 /// What is true of a copy that nobody has touched.
-class Untouched {
+class Untouched : public OneTree {
 public:
     Untouched(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
               const timespec& seen)
-        : calls_(calls), record_(record), top_(copy), stack_(calls, copy.folder), seen_(seen) {}
+        : OneTree(calls, record, copy), seen_(seen) {}
 
     std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = compareState(entry)) return error;
-        if (const std::error_code error = stack_.enter(nameOf(entry))) return error;
-        Result<std::vector<std::string>> names = stack_.names();
-        if (!names) return names.error();
-        std::ranges::sort(names.value());
-        return unlessChanged(names.value() == record_.namesBelow(index));
+        return enterUnchanged(entry, index);
     }
-
-    std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
 
     std::error_code leaf(const TreeRecord::Entry& entry) const {
         if (const std::error_code error = compareState(entry)) return error;
@@ -189,10 +196,6 @@ public:
     }
 
 private:
-    const std::string& nameOf(const TreeRecord::Entry& entry) const {
-        return &entry == &record_.top() ? top_.name : entry.name;
-    }
-
     std::error_code compareState(const TreeRecord::Entry& entry) const {
         const Result<struct stat> status = statusOf(calls_, stack_.current(), nameOf(entry));
         if (!status) return status.error();
@@ -205,7 +208,7 @@ private:
     /// Some file systems keep dates in steps of two seconds.
     bool isDatedAsCopied(const TreeRecord::Entry& entry, const ItemState& now) const {
         constexpr time_t coarsestDate = 2;  // seconds
-        if (&entry == &record_.top()) return now.isFolder() || isSameDate(entry.state, now, coarsestDate);
+        if (isTop(entry)) return now.isFolder() || isSameDate(entry.state, now, coarsestDate);
         return std::tie(now.changed.tv_sec, now.changed.tv_nsec) <= std::tie(seen_.tv_sec, seen_.tv_nsec) &&
                isSameDate(entry.state, now, coarsestDate);
     }
@@ -214,10 +217,6 @@ private:
         return std::abs(one.modified.tv_sec - other.modified.tv_sec) <= coarsest;
     }
 
-    const SystemCalls& calls_;
-    const TreeRecord& record_;
-    ItemReference top_;
-    FolderStack stack_;
     timespec seen_;
 };
 

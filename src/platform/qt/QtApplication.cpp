@@ -45,28 +45,6 @@ void install(QtMessageHandler handler) {
         qInstallMessageHandler(handler);
 }
 
-bool isInput(QEvent::Type type) {
-    switch (type) {
-        case QEvent::KeyPress:
-        case QEvent::KeyRelease:
-        case QEvent::ShortcutOverride:
-        case QEvent::Shortcut:
-        case QEvent::InputMethod:
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonRelease:
-        case QEvent::MouseButtonDblClick:
-        case QEvent::MouseMove:
-        case QEvent::Wheel:
-        case QEvent::ContextMenu:
-        case QEvent::TouchBegin:
-        case QEvent::TouchUpdate:
-        case QEvent::TouchEnd:
-            return true;
-        default:
-            return false;
-    }
-}
-
 constexpr const char* desktopName = "com.vantrel.Vantrel";
 
 /// What Qt wants to know before its application is made. Answers the program's name.
@@ -86,21 +64,6 @@ QIcon icon() {
 }
 
 }  // namespace
-
-void InputBarrier::letDown() {
-    isDown_ = true;
-    // Of several filters the one installed last is asked first.
-    qApp->installEventFilter(this);
-}
-
-void InputBarrier::lift() {
-    isDown_ = false;
-    qApp->removeEventFilter(this);
-}
-
-bool InputBarrier::eventFilter(QObject*, QEvent* event) {
-    return isInput(event->type());
-}
 
 QtApplication::QtApplication(const char* programName)
     : programName_(introduced(programName)),

@@ -1,31 +1,16 @@
 #pragma once
 
 #include <QApplication>
-#include <QObject>
 #include <QPointer>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/Application.h"
+#include "platform/qt/InputBarrier.h"
 #include "platform/qt/QtWindow.h"
 
 namespace vantrel {
-
-/// Keeps all input of the window system, what has been typed or clicked already as well, from every window of
-/// the program while it is down. Main thread only.
-class InputBarrier final : public QObject {
-public:
-    void letDown();
-    void lift();
-    bool isDown() const { return isDown_; }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
-private:
-    bool isDown_ = false;
-};
 
 /// The connection to the desktop; there is one for the life of the process, made before everything else of
 /// Qt. Without a display it prints one line on standard error and ends the process with status 1.
