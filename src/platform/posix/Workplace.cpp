@@ -63,10 +63,12 @@ std::error_code Workplace::open() {
     // What the folder around hands down to everything made in it is not meant for a copy with its own access.
     for (const char* const list : {"system.posix_acl_default", "system.posix_acl_access"})
         (*calls_)("fremovexattr", [&] { return ::fremovexattr(own_.number(), list); });
-    return {};
+    reserve_ = FileDescriptor((*calls_)("fcntl", [&] { return ::fcntl(own_.number(), F_DUPFD_CLOEXEC, 0); }));
+    return reserve_ ? std::error_code() : lastError();
 }
 
 void Workplace::remove() {
+    reserve_.close();
     if (name_.empty()) return;
     // An error that passes, such as a descriptor short, must not leave anything behind.
     for (int attempt = 0; attempt < 3; ++attempt) {

@@ -32,7 +32,8 @@ public:
           folder_(other.folder_),
           purpose_(other.purpose_),
           name_(std::exchange(other.name_, {})),
-          own_(std::move(other.own_)) {}
+          own_(std::move(other.own_)),
+          reserve_(std::move(other.reserve_)) {}
     Workplace& operator=(Workplace&&) = delete;
     ~Workplace() { remove(); }
 
@@ -53,6 +54,8 @@ private:
     Purpose purpose_;
     std::string name_;  ///< empty when there is nothing to take away
     FileDescriptor own_;
+    /// Removing has to list the folder, which takes one descriptor more; by then there may be none left.
+    FileDescriptor reserve_;
 };
 
 }  // namespace vantrel
