@@ -6,8 +6,8 @@
 
 #include <filesystem>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Precondition.h"
+#include "base/FileDescriptor.h"
+#include "base/Precondition.h"
 
 namespace vantrel::bench {
 

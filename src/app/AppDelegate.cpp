@@ -1,9 +1,9 @@
 #include "app/AppDelegate.h"
 
 #include "app/MainMenu.h"
+#include "base/Paths.h"
+#include "base/Precondition.h"
 #include "platform/FileManager.h"
-#include "platform/Paths.h"
-#include "platform/Precondition.h"
 #include "platform/ProcessInfo.h"
 #include "theme/OvPalette.h"
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <cmath>
 
+#include "base/Precondition.h"
 #include "platform/Application.h"
 #include "platform/FileManager.h"
-#include "platform/Precondition.h"
 #include "platform/ProcessInfo.h"
 #include "platform/Workspace.h"
 #include "theme/OvPalette.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 
 namespace vantrel {
 

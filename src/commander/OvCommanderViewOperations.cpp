@@ -4,8 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/Paths.h"
 #include "platform/FileManager.h"
-#include "platform/Paths.h"
 #include "platform/StandardOutput.h"
 
 namespace vantrel {

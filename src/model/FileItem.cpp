@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "base/Paths.h"
+#include "base/Precondition.h"
 #include "model/HumanReadableBytes.h"
-#include "platform/Paths.h"
-#include "platform/Precondition.h"
 #include "text/Text.h"
 
 namespace vantrel {

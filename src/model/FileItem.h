@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/FileTime.h"
 #include "model/SizeDisplayMode.h"
 #include "model/Uuid.h"
 #include "model/VantrelState.h"
-#include "platform/FileTime.h"
 
 namespace vantrel {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 
 namespace vantrel {
 

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 
 namespace vantrel {
 

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "base/Guarded.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
-#include "platform/Guarded.h"
 #include "platform/MainQueue.h"
 #include "walk/Walk.h"
 

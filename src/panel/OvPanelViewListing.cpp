@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Paths.h"
 #include "model/VantrelEngine.h"
 #include "platform/FileManager.h"
-#include "platform/Paths.h"
 #include "platform/StandardOutput.h"
 
 namespace vantrel {

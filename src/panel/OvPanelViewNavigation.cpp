@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/Paths.h"
 #include "panel/PanelGeometry.h"
-#include "platform/Paths.h"
 #include "text/Text.h"
 
 namespace vantrel {

@@ -9,8 +9,8 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/FileTime.h"
-#include "platform/Result.h"
+#include "base/FileTime.h"
+#include "base/Result.h"
 
 namespace vantrel {
 

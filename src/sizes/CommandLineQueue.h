@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "base/Guarded.h"
 #include "platform/Clock.h"
-#include "platform/Guarded.h"
 #include "platform/MainQueue.h"
 #include "sizes/WakeUpPipe.h"
 

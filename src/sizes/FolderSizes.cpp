@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 #include "sizes/FolderContents.h"
 #include "walk/CheckedSum.h"
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Result.h"
 #include "model/VantrelEngine.h"
-#include "platform/Result.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/SizesTable.h"
 #include "walk/WalkPool.h"

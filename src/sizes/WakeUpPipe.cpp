@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 
 namespace vantrel::sizes {
 

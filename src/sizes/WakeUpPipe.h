@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 
 namespace vantrel::sizes {
 

@@ -7,7 +7,7 @@
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 #include "text/Unicode.h"
 
 namespace vantrel::text {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/FileTime.h"
+#include "base/FileTime.h"
 
 /// Language rules, wrapped once around ICU. Names and paths come in as raw bytes; what is returned is valid
 /// UTF-8 unless said otherwise. Nothing fails: broken input is repaired, a missing locale falls back to

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 #include "walk/Walk.h"
 
 namespace vantrel {

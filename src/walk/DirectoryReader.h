@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Result.h"
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
 
 namespace vantrel::walking {
 

@@ -14,8 +14,8 @@
 #include <cerrno>
 #include <limits>
 
-#include "platform/PathLocation.h"
-#include "platform/SystemCall.h"
+#include "base/PathLocation.h"
+#include "base/SystemCall.h"
 #include "walk/PosixCalls.h"
 
 namespace vantrel::walking {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "platform/SystemCall.h"
+#include "base/SystemCall.h"
 
 namespace vantrel::walking {
 

@@ -6,8 +6,8 @@
 
 #include <cstring>
 
-#include "platform/PathLocation.h"
-#include "platform/SystemCall.h"
+#include "base/PathLocation.h"
+#include "base/SystemCall.h"
 #include "walk/PosixCalls.h"
 
 namespace vantrel::walking {

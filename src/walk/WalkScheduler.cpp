@@ -5,7 +5,7 @@
 
 #include <system_error>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 #include "walk/WalkWorker.h"
 
 namespace vantrel::walking {

@@ -7,7 +7,7 @@
 #include <array>
 #include <climits>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 #include "posix/FileOperationsFixture.h"
 
 namespace vantrel::test {

@@ -4,7 +4,7 @@
 
 #include <climits>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 #include "posix/FileOperationsFixture.h"
 
 namespace vantrel {

@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/PathLocation.h"
 #include "panel/OvPanelView.h"
-#include "platform/PathLocation.h"
 #include "platform/posix/FileOperations.h"
 #include "platform/posix/PosixFileManager.h"
 #include "platform/posix/Trash.h"

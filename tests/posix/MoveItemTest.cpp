@@ -6,7 +6,7 @@
 #include <climits>
 #include <filesystem>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 #include "posix/FileOperationsFixture.h"
 
 namespace vantrel::test {

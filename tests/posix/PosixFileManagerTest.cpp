@@ -12,7 +12,7 @@
 #include <climits>
 #include <map>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TemporaryFolder.h"
 #include "text/Text.h"

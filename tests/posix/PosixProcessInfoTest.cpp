@@ -9,7 +9,7 @@
 #include <climits>
 #include <filesystem>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 #include "support/ScopedEnvironment.h"
 #include "support/SystemCallFaults.h"
 #include "support/TemporaryFolder.h"

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryFolder.h"
 

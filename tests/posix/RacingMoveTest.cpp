@@ -13,7 +13,7 @@
 #include <random>
 #include <thread>
 
-#include "platform/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "platform/posix/FileOperations.h"
 #include "support/LongTests.h"
 #include "support/SystemCallFaults.h"

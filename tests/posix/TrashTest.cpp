@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <regex>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 #include "posix/FileOperationsFixture.h"
 #include "support/ScopedEnvironment.h"
 

@@ -13,7 +13,7 @@
 #include <QPdfWriter>
 #include <vector>
 
-#include "platform/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "platform/qt/PreviewPages.h"
 #include "support/TemporaryFolder.h"
 

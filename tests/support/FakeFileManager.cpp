@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 
 namespace vantrel::test {
 

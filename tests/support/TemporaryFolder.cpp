@@ -13,9 +13,9 @@
 #include <filesystem>
 #include <vector>
 
-#include "platform/FileDescriptor.h"
-#include "platform/PathLocation.h"
-#include "platform/Precondition.h"
+#include "base/FileDescriptor.h"
+#include "base/PathLocation.h"
+#include "base/Precondition.h"
 
 namespace vantrel::test {
 

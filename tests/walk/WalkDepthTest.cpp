@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 #include "walk/ForwardingReader.h"
 #include "walk/WalkFixture.h"
 

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "support/OwnNamespaces.h"
 #include "support/SystemCallFaults.h"
 #include "walk/ForwardingReader.h"

@@ -5,7 +5,7 @@
 #include <gio/gio.h>
 #include <unistd.h>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 #include "platform/freedesktop/Launch.h"
 #include "platform/freedesktop/SessionBus.h"
 

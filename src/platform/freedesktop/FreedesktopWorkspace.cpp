@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 #include "platform/freedesktop/DefaultApplication.h"
 #include "platform/freedesktop/Launch.h"
 #include "platform/freedesktop/SessionBus.h"

@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/PathLocation.h"
-#include "platform/SystemCall.h"
+#include "base/PathLocation.h"
+#include "base/SystemCall.h"
 
 namespace vantrel::launching {
 

@@ -5,8 +5,8 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Result.h"
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
 
 /// Starts other programs and lets go of them. Any thread.
 namespace vantrel::launching {

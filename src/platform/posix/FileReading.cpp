@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 
 namespace vantrel {
 

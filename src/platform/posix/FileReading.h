@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-#include "platform/Result.h"
+#include "base/Result.h"
 #include "platform/posix/SystemCalls.h"
 
 namespace vantrel {

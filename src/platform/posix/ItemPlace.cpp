@@ -2,8 +2,8 @@
 
 #include <fcntl.h>
 
-#include "platform/PathLocation.h"
-#include "platform/Paths.h"
+#include "base/PathLocation.h"
+#include "base/Paths.h"
 
 namespace vantrel {
 

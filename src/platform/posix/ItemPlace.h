@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Result.h"
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
 #include "platform/posix/SystemCalls.h"
 
 namespace vantrel {

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Paths.h"
+#include "base/FileDescriptor.h"
+#include "base/Paths.h"
 #include "platform/posix/ItemPlace.h"
 
 namespace vantrel {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/Result.h"
+#include "base/Result.h"
 
 namespace vantrel {
 

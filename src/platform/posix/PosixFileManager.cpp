@@ -8,8 +8,8 @@
 
 #include <memory>
 
-#include "platform/PathLocation.h"
-#include "platform/SystemCall.h"
+#include "base/PathLocation.h"
+#include "base/SystemCall.h"
 #include "platform/posix/FileOperations.h"
 #include "platform/posix/FileReading.h"
 #include "platform/posix/StopSignals.h"

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/PathLocation.h"
-#include "platform/SystemCall.h"
+#include "base/PathLocation.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 

@@ -10,8 +10,8 @@
 #include <climits>
 #include <csignal>
 
-#include "platform/FileDescriptor.h"
-#include "platform/SystemCall.h"
+#include "base/FileDescriptor.h"
+#include "base/SystemCall.h"
 #include "platform/posix/WithheldSignal.h"
 
 namespace vantrel {

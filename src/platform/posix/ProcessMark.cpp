@@ -9,8 +9,8 @@
 #include <optional>
 #include <random>
 
-#include "platform/FileDescriptor.h"
-#include "platform/SystemCall.h"
+#include "base/FileDescriptor.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 

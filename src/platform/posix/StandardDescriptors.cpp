@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "platform/SystemCall.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 

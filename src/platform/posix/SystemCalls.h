@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/SystemCall.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 

@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <memory>
 
-#include "platform/PathLocation.h"
-#include "platform/Paths.h"
+#include "base/PathLocation.h"
+#include "base/Paths.h"
 #include "platform/posix/FileOperations.h"
 #include "platform/posix/Leftovers.h"
 #include "platform/posix/PosixProcessInfo.h"

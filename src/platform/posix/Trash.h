@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/Result.h"
+#include "base/Result.h"
 #include "platform/posix/Mounts.h"
 #include "platform/posix/SystemCalls.h"
 #include "platform/posix/TrashCan.h"

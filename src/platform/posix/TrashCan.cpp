@@ -11,7 +11,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 #include "platform/posix/ExclusiveRename.h"
 #include "platform/posix/WrittenFiles.h"
 

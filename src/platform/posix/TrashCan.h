@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Result.h"
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
 #include "platform/posix/ItemPlace.h"
 #include "platform/posix/SystemCalls.h"
 

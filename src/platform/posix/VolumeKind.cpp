@@ -3,7 +3,7 @@
 #include <linux/magic.h>
 #include <sys/vfs.h>
 
-#include "platform/SystemCall.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Result.h"
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
 #include "platform/posix/SystemCalls.h"
 
 namespace vantrel {

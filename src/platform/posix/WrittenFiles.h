@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "platform/posix/SystemCalls.h"
 
 namespace vantrel {

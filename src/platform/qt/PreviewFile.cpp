@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/PathLocation.h"
-#include "platform/SystemCall.h"
+#include "base/PathLocation.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 

@@ -7,8 +7,8 @@
 #include <stop_token>
 #include <string>
 
-#include "platform/FileDescriptor.h"
-#include "platform/Result.h"
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
 
 namespace vantrel {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 #include "platform/qt/PreviewFile.h"
 #include "platform/qt/PreviewImage.h"
 #include "platform/qt/PreviewPages.h"

@@ -2,7 +2,7 @@
 
 #include <QWindow>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 #include "platform/qt/QtContentWidget.h"
 
 namespace vantrel {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 
 namespace vantrel {
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/Precondition.h"
+#include "base/Precondition.h"
 #include "platform/qt/QtCanvas.h"
 #include "platform/qt/QtFileNameText.h"
 #include "platform/qt/QtInputHistory.h"

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Precondition.h"
 #include "fuzz/Target.h"
 #include "fuzz/Utf8.h"
-#include "platform/Precondition.h"
 
 namespace vantrel::fuzz {
 

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <utility>
 
-#include "platform/Paths.h"
+#include "base/Paths.h"
 
 namespace vantrel::fuzz {
 

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/Paths.h"
 #include "fuzz/Input.h"
 #include "fuzz/core/Targets.h"
-#include "platform/Paths.h"
 #include "platform/posix/PosixProcessInfo.h"
 
 namespace vantrel::fuzz {

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/Paths.h"
 #include "fuzz/Target.h"
 #include "fuzz/Utf8.h"
 #include "fuzz/core/CheckingCanvas.h"
-#include "platform/Paths.h"
 
 namespace vantrel::fuzz {
 

@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "base/FileDescriptor.h"
+#include "base/Paths.h"
 #include "fuzz/Input.h"
 #include "fuzz/Utf8.h"
 #include "fuzz/desktop/Targets.h"
-#include "platform/FileDescriptor.h"
-#include "platform/Paths.h"
 #include "platform/posix/Trash.h"
 #include "platform/posix/TrashCan.h"
 #include "support/TemporaryFolder.h"

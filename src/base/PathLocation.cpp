@@ -1,8 +1,8 @@
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 
 #include <climits>
 
-#include "platform/SystemCall.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 
@@ -42,8 +42,9 @@ Result<PathLocation> PathLocation::of(const std::string& path) {
 Result<FileDescriptor> openPath(const std::string& path, int flags, mode_t mode) {
     const Result<PathLocation> location = PathLocation::of(path);
     if (!location) return location.error();
-    FileDescriptor opened(uninterrupted(
-        [&] { return ::openat(location.value().folder(), location.value().path(), flags | O_CLOEXEC, mode); }));
+    FileDescriptor opened(uninterrupted([&] {
+        return ::openat(location.value().folder(), location.value().path(), flags | O_CLOEXEC, mode);
+    }));
     if (!opened) return lastError();
     return opened;
 }

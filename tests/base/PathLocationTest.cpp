@@ -1,4 +1,4 @@
-#include "platform/PathLocation.h"
+#include "base/PathLocation.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

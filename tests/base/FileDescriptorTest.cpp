@@ -1,4 +1,4 @@
-#include "platform/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
