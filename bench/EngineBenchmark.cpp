@@ -8,7 +8,7 @@
 
 #include "BenchmarkTree.h"
 #include "model/VantrelEngine.h"
-#include "platform/posix/CoarseClock.h"
+#include "posix/CoarseClock.h"
 #include "walk/WalkPool.h"
 
 namespace vantrel::bench {

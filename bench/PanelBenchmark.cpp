@@ -15,7 +15,7 @@
 
 #include "panel/ItemOrder.h"
 #include "panel/OvPanelView.h"
-#include "platform/posix/PosixFileManager.h"
+#include "posix/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 

@@ -8,7 +8,7 @@
 
 #include "commander/OvCommanderView.h"
 #include "desktop/QtDesktop.h"
-#include "platform/qt/QtCanvas.h"
+#include "qt/QtCanvas.h"
 #include "support/TemporaryFolder.h"
 
 namespace {

@@ -15,8 +15,8 @@
 
 #include "model/VantrelEngine.h"
 #include "panel/OvPanelView.h"
-#include "platform/posix/CoarseClock.h"
-#include "platform/posix/PosixFileManager.h"
+#include "posix/CoarseClock.h"
+#include "posix/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 #include "walk/WalkPool.h"

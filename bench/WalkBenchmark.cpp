@@ -6,7 +6,7 @@
 #include <mutex>
 
 #include "BenchmarkTree.h"
-#include "platform/posix/CoarseClock.h"
+#include "posix/CoarseClock.h"
 #include "walk/CheckedSum.h"
 #include "walk/WalkPool.h"
 

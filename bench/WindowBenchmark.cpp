@@ -17,7 +17,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
-#include "platform/posix/CoarseClock.h"
+#include "posix/CoarseClock.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/FolderSizes.h"
 #include "sizes/Interruption.h"

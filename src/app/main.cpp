@@ -5,8 +5,8 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
-#include "platform/posix/SearchPath.h"
-#include "platform/posix/StandardDescriptors.h"
+#include "posix/SearchPath.h"
+#include "posix/StandardDescriptors.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "desktop/QtDesktop.h"
 
+#include "freedesktop/SilentBus.h"
 #include "model/VantrelEngine.h"
-#include "platform/freedesktop/SilentBus.h"
-#include "platform/posix/CoarseClock.h"
-#include "platform/posix/SystemClock.h"
+#include "posix/CoarseClock.h"
+#include "posix/SystemClock.h"
 #include "walk/WalkPool.h"
 
 namespace vantrel {

@@ -1,16 +1,16 @@
 #pragma once
 
+#include "freedesktop/FreedesktopWorkspace.h"
 #include "platform/Desktop.h"
-#include "platform/freedesktop/FreedesktopWorkspace.h"
-#include "platform/posix/PosixFileManager.h"
-#include "platform/posix/PosixProcessInfo.h"
-#include "platform/posix/PosixStandardOutput.h"
-#include "platform/qt/QtApplication.h"
-#include "platform/qt/QtFontCatalog.h"
-#include "platform/qt/QtMainQueue.h"
-#include "platform/qt/QtPreviewPanel.h"
-#include "platform/qt/QtTextField.h"
-#include "platform/qt/QtTimerFactory.h"
+#include "posix/PosixFileManager.h"
+#include "posix/PosixProcessInfo.h"
+#include "posix/PosixStandardOutput.h"
+#include "qt/QtApplication.h"
+#include "qt/QtFontCatalog.h"
+#include "qt/QtMainQueue.h"
+#include "qt/QtPreviewPanel.h"
+#include "qt/QtTextField.h"
+#include "qt/QtTimerFactory.h"
 
 namespace vantrel {
 

@@ -5,8 +5,8 @@
 #include <variant>
 #include <vector>
 
-#include "platform/posix/CoarseClock.h"
-#include "platform/posix/StandardDescriptors.h"
+#include "posix/CoarseClock.h"
+#include "posix/StandardDescriptors.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/FolderSizes.h"
 #include "sizes/Interruption.h"

@@ -18,7 +18,7 @@
 #include "desktop/QtDesktop.h"
 #include "model/VantrelEngine.h"
 #include "platform/Clock.h"
-#include "platform/posix/StandardDescriptors.h"
+#include "posix/StandardDescriptors.h"
 #include "snapshot/SnapshotOptions.h"
 
 namespace vantrel {

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "platform/posix/FileOperations.h"
-#include "platform/posix/Trash.h"
+#include "posix/FileOperations.h"
+#include "posix/Trash.h"
 #include "support/HostileNames.h"
 #include "support/LongTests.h"
 #include "support/RealFilesWindow.h"

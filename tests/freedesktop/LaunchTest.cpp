@@ -1,4 +1,4 @@
-#include "platform/freedesktop/Launch.h"
+#include "freedesktop/Launch.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -11,7 +11,7 @@
 
 #include "model/EngineReports.h"
 #include "model/VantrelEngine.h"
-#include "platform/posix/SystemClock.h"
+#include "posix/SystemClock.h"
 #include "support/ManualMainQueue.h"
 #include "support/ManualWalkQueue.h"
 #include "support/TemporaryFolder.h"

@@ -8,8 +8,8 @@
 #include <thread>
 
 #include "panel/OvPanelView.h"
-#include "platform/posix/FileOperations.h"
-#include "platform/posix/PosixFileManager.h"
+#include "posix/FileOperations.h"
+#include "posix/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/LongTests.h"
 #include "support/RecordingCanvas.h"

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/posix/Trash.h"
 #include "posix/FileOperationsFixture.h"
+#include "posix/Trash.h"
 #include "support/SystemCallFaults.h"
 
 // In which order things reach the disk, and how often it is asked. What comes of that when the power goes is

@@ -4,8 +4,8 @@
 #include <array>
 #include <optional>
 
-#include "platform/posix/Trash.h"
 #include "posix/FileOperationsFixture.h"
+#include "posix/Trash.h"
 #include "support/SystemCallFaults.h"
 
 // Every operation that changes the file system, with every one of its system calls failing in every way that

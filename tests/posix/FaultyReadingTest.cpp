@@ -1,7 +1,7 @@
 #include <sys/stat.h>
 
-#include "platform/posix/PosixFileManager.h"
 #include "posix/FileOperationsFixture.h"
+#include "posix/PosixFileManager.h"
 #include "support/SystemCallFaults.h"
 
 // What only looks at the file system, with every one of its system calls failing in every way that its manual

@@ -10,7 +10,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/posix/FileOperations.h"
+#include "posix/FileOperations.h"
 #include "support/TemporaryFolder.h"
 #include "support/TreeSnapshot.h"
 

@@ -1,4 +1,4 @@
-#include "platform/posix/FileReading.h"
+#include "posix/FileReading.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

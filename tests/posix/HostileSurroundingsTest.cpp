@@ -10,8 +10,8 @@
 #include <cstring>
 #include <optional>
 
-#include "platform/posix/Trash.h"
 #include "posix/FileOperationsFixture.h"
+#include "posix/Trash.h"
 #include "support/ChildProcess.h"
 #include "support/SystemCallFaults.h"
 

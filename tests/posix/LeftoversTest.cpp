@@ -1,4 +1,4 @@
-#include "platform/posix/Leftovers.h"
+#include "posix/Leftovers.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,10 +10,10 @@
 #include <csignal>
 #include <optional>
 
-#include "platform/posix/PosixFileManager.h"
-#include "platform/posix/ProcessMark.h"
-#include "platform/posix/Trash.h"
 #include "posix/FileOperationsFixture.h"
+#include "posix/PosixFileManager.h"
+#include "posix/ProcessMark.h"
+#include "posix/Trash.h"
 #include "support/ChildProcess.h"
 #include "support/SystemCallFaults.h"
 

@@ -1,4 +1,4 @@
-#include "platform/posix/PosixFileManager.h"
+#include "posix/PosixFileManager.h"
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "platform/posix/PosixProcessInfo.h"
+#include "posix/PosixProcessInfo.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

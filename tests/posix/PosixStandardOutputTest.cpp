@@ -1,4 +1,4 @@
-#include "platform/posix/PosixStandardOutput.h"
+#include "posix/PosixStandardOutput.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -14,7 +14,7 @@
 #include <thread>
 
 #include "base/FileDescriptor.h"
-#include "platform/posix/FileOperations.h"
+#include "posix/FileOperations.h"
 #include "support/LongTests.h"
 #include "support/SystemCallFaults.h"
 #include "support/TemporaryFolder.h"

@@ -9,9 +9,9 @@
 #include <array>
 #include <filesystem>
 
-#include "platform/posix/FileOperations.h"
-#include "platform/posix/PosixFileManager.h"
-#include "platform/posix/Trash.h"
+#include "posix/FileOperations.h"
+#include "posix/PosixFileManager.h"
+#include "posix/Trash.h"
 #include "support/OwnNamespaces.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TreeSnapshot.h"

@@ -1,4 +1,4 @@
-#include "platform/posix/SearchPath.h"
+#include "posix/SearchPath.h"
 
 #include <gtest/gtest.h>
 

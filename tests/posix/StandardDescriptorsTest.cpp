@@ -1,4 +1,4 @@
-#include "platform/posix/StandardDescriptors.h"
+#include "posix/StandardDescriptors.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/posix/SystemClock.h"
+#include "posix/SystemClock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/posix/Trash.h"
+#include "posix/Trash.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "platform/qt/NewestJob.h"
+#include "qt/NewestJob.h"
 
 #include <gtest/gtest.h>
 

@@ -13,9 +13,9 @@
 #include <thread>
 #include <vector>
 
-#include "platform/qt/PreviewImage.h"
-#include "platform/qt/PreviewLoader.h"
-#include "platform/qt/PreviewText.h"
+#include "qt/PreviewImage.h"
+#include "qt/PreviewLoader.h"
+#include "qt/PreviewText.h"
 #include "support/HostileNames.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "platform/qt/PreviewLoader.h"
+#include "qt/PreviewLoader.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "base/FileDescriptor.h"
-#include "platform/qt/PreviewPages.h"
+#include "qt/PreviewPages.h"
 #include "support/TemporaryFolder.h"
 
 namespace vantrel::test {

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/QtMainQueue.h"
-#include "platform/qt/QtPreviewPanel.h"
+#include "qt/QtMainQueue.h"
+#include "qt/QtPreviewPanel.h"
 #include "qt/QtTestSupport.h"
 
 namespace vantrel::test {

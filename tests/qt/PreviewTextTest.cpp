@@ -1,4 +1,4 @@
-#include "platform/qt/PreviewText.h"
+#include "qt/PreviewText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/qt/PreviewViews.h"
+#include "qt/PreviewViews.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/qt/PreviewWords.h"
+#include "qt/PreviewWords.h"
 
 #include <gtest/gtest.h>
 

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/QtContentWidget.h"
-#include "platform/qt/QtTextField.h"
+#include "qt/QtContentWidget.h"
+#include "qt/QtTextField.h"
 
 namespace vantrel::test {
 

@@ -7,8 +7,8 @@
 #include <QTest>
 #include <QTimer>
 
-#include "platform/qt/QtTextField.h"
 #include "qt/QtTestSupport.h"
+#include "qt/QtTextField.h"
 
 namespace vantrel::test {
 

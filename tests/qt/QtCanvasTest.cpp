@@ -1,4 +1,4 @@
-#include "platform/qt/QtCanvas.h"
+#include "qt/QtCanvas.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "platform/qt/Pictures.h"
-#include "platform/qt/QtCanvas.h"
+#include "qt/Pictures.h"
+#include "qt/QtCanvas.h"
 #include "qt/QtTestSupport.h"
 
 namespace vantrel::test {

@@ -1,4 +1,4 @@
-#include "platform/qt/QtContentWidget.h"
+#include "qt/QtContentWidget.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtFileNameText.h"
+#include "qt/QtFileNameText.h"
 
 #include <gtest/gtest.h>
 

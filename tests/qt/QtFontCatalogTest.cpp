@@ -1,11 +1,11 @@
-#include "platform/qt/QtFontCatalog.h"
+#include "qt/QtFontCatalog.h"
 
 #include <gtest/gtest.h>
 
 #include <QFontDatabase>
 #include <QSet>
 
-#include "platform/qt/QtFace.h"
+#include "qt/QtFace.h"
 
 namespace vantrel::test {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtInputHistory.h"
+#include "qt/QtInputHistory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/qt/QtKeys.h"
+#include "qt/QtKeys.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtMainQueue.h"
+#include "qt/QtMainQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include <QTimer>
 #include <memory>
 
-#include "platform/qt/QtTimerFactory.h"
 #include "qt/QtTestSupport.h"
+#include "qt/QtTimerFactory.h"
 #include "support/MainQueueContract.h"
 #include "support/TimerContract.h"
 

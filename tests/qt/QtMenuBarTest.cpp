@@ -1,4 +1,4 @@
-#include "platform/qt/QtMenuBar.h"
+#include "qt/QtMenuBar.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 #include <QTimer>
 #include <QWindow>
 
-#include "platform/qt/QtTextField.h"
 #include "qt/QtTestSupport.h"
+#include "qt/QtTextField.h"
 
 namespace vantrel::test {
 

@@ -5,8 +5,8 @@
 #include <QKeyEvent>
 #include <QTest>
 
-#include "platform/qt/QtPreviewPanel.h"
 #include "qt/PreviewPanelFixture.h"
+#include "qt/QtPreviewPanel.h"
 
 namespace vantrel::test {
 

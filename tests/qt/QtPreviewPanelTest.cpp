@@ -1,4 +1,4 @@
-#include "platform/qt/QtPreviewPanel.h"
+#include "qt/QtPreviewPanel.h"
 
 #include <gtest/gtest.h>
 

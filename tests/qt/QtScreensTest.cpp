@@ -6,8 +6,8 @@
 #include <QWindow>
 #include <array>
 
-#include "platform/qt/QtWindow.h"
 #include "qt/QtTestSupport.h"
+#include "qt/QtWindow.h"
 
 // The window on screens of several ratios of device pixels to points, see screens.json.
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/View.h"
-#include "platform/qt/QtApplication.h"
-#include "platform/qt/QtCanvas.h"
+#include "qt/QtApplication.h"
+#include "qt/QtCanvas.h"
 
 namespace vantrel::test {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtTextField.h"
+#include "qt/QtTextField.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtWindow.h"
+#include "qt/QtWindow.h"
 
 #include <gtest/gtest.h>
 

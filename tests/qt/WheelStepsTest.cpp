@@ -1,4 +1,4 @@
-#include "platform/qt/WheelSteps.h"
+#include "qt/WheelSteps.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "commander/OvCommanderView.h"
-#include "platform/posix/PosixFileManager.h"
+#include "posix/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/RecordingCanvas.h"
 #include "support/TemporaryFolder.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "platform/posix/PosixFileManager.h"
+#include "posix/PosixFileManager.h"
 #include "support/PanelFixture.h"
 #include "support/RecordingCanvas.h"
 #include "walk/ForwardingReader.h"

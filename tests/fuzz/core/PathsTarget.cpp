@@ -4,7 +4,7 @@
 #include "base/Paths.h"
 #include "fuzz/Input.h"
 #include "fuzz/core/Targets.h"
-#include "platform/posix/PosixProcessInfo.h"
+#include "posix/PosixProcessInfo.h"
 
 namespace vantrel::fuzz {
 

@@ -9,7 +9,7 @@
 #include "fuzz/Input.h"
 #include "fuzz/Utf8.h"
 #include "fuzz/desktop/Targets.h"
-#include "platform/qt/QtKeys.h"
+#include "qt/QtKeys.h"
 
 namespace vantrel::fuzz {
 

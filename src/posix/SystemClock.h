@@ -1,0 +1,20 @@
+#pragma once
+
+#include "posix/ClockReading.h"
+
+namespace vantrel {
+
+/// Seconds since the machine started, the time that it slept included, so that what was remembered before a
+/// night is old in the morning.
+class SystemClock final : public Clock {
+public:
+    Seconds now() const override {
+#ifdef CLOCK_BOOTTIME
+        return readingOf(CLOCK_BOOTTIME);
+#else
+        return readingOf(CLOCK_MONOTONIC);
+#endif
+    }
+};
+
+}  // namespace vantrel

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QApplication>
+#include <QPointer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Application.h"
+#include "qt/InputBarrier.h"
+#include "qt/QtWindow.h"
+
+namespace vantrel {
+
+/// The connection to the desktop; there is one for the life of the process, made before everything else of
+/// Qt. Without a display it prints one line on standard error and ends the process with status 1.
+class QtApplication final : public Application {
+public:
+    /// `programName` is argv[0]; no other argument reaches Qt.
+    explicit QtApplication(const char* programName);
+
+    std::unique_ptr<Window> makeWindow(const WindowOptions& options) override;
+    void setMainMenu(std::vector<Menu> menus) override;
+    void runModal(const Alert& alert) override;
+    void terminate() override;
+
+    /// Serves events until `terminate` or until the last window is closed.
+    void run();
+
+    /// Called when the program is told to end, once for each time; what waits to be done can be dropped
+    /// there.
+    void setTerminationHandler(std::function<void()> handler);
+
+    /// Content of the window made last; null when there is none.
+    QtContentWidget* content() const;
+
+private:
+    int argumentCount_ = 1;
+    std::string programName_;
+    char* arguments_[2];  ///< QApplication keeps referring to it
+    QApplication application_;
+    QPointer<QtWindow> window_;
+    InputBarrier afterTermination_;
+    std::function<void()> terminationHandler_;
+    std::vector<Menu> mainMenu_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QWidget>
+#include <memory>
+
+#include "platform/View.h"
+#include "qt/QtAccessibleTree.h"
+#include "qt/QtFace.h"
+#include "qt/WheelSteps.h"
+
+namespace vantrel {
+
+/// The content area of the window: shows a tree of views and passes Qt's events on to it. Keys go to the
+/// root, and none of them to anybody else afterwards. A click leaves the keyboard where it is. Main thread
+/// only.
+class QtContentWidget final : public QWidget, public ViewHost {
+public:
+    explicit QtContentWidget(const Color& background, QWidget* parent = nullptr);
+    ~QtContentWidget() override;
+
+    /// Shows `root`, which takes the widget's size from now on.
+    void setRoot(std::shared_ptr<View> root);
+
+    /// Null before `setRoot`.
+    View* root() const { return root_.get(); }
+
+    /// Whether assistive technology may press and select what it sees; it does so without an event.
+    bool takesActions() const { return takesActions_; }
+    void setTakesActions(bool takes) { takesActions_ = takes; }
+
+    /// What assistive technology sees of the views.
+    QtAccessibleTree& accessibleTree();
+
+    void scheduleRedraw(Redraw urgency) override;
+    void focusContent() override;
+
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+
+private:
+    void fitRoot();
+    void sendKey(const KeyEvent& event);
+
+    Color background_;
+    std::shared_ptr<View> root_;
+    ClickRouter clicks_;
+    QtFaces faces_;
+    WheelSteps wheel_;
+    QElapsedTimer sinceRedraw_;
+    QBasicTimer redrawTimer_;
+    Redraw timedRedraw_ = Redraw::atOnce;  ///< for whom the timer runs
+    bool takesActions_ = true;
+    std::unique_ptr<QtAccessibleTree> accessibleTree_;  ///< made when somebody asks for it
+};
+
+}  // namespace vantrel
