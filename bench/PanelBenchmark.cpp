@@ -15,7 +15,7 @@
 
 #include "panel/ItemOrder.h"
 #include "panel/OvPanelView.h"
-#include "posix/PosixFileManager.h"
+#include "posix/files/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 

@@ -16,7 +16,7 @@
 #include "model/VantrelEngine.h"
 #include "panel/OvPanelView.h"
 #include "posix/CoarseClock.h"
-#include "posix/PosixFileManager.h"
+#include "posix/files/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 #include "walk/WalkPool.h"

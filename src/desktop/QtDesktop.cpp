@@ -4,6 +4,7 @@
 #include "model/VantrelEngine.h"
 #include "posix/CoarseClock.h"
 #include "posix/SystemClock.h"
+#include "qt/accessibility/QtAccessibleContent.h"
 #include "walk/WalkPool.h"
 
 namespace vantrel {
@@ -26,6 +27,7 @@ QtDesktop::QtDesktop(const char* programName)
       mainQueue_(*new QtMainQueue),
       preview_(application_, mainQueue_),
       textFields_(application_) {
+    installQtAccessibility();
     application_.setTerminationHandler([this] { mainQueue_.close(); });
     VantrelEngine::provideShared([&queue = mainQueue_] {
         const auto& clock = *new SystemClock;

@@ -2,15 +2,15 @@
 
 #include "freedesktop/FreedesktopWorkspace.h"
 #include "platform/Desktop.h"
-#include "posix/PosixFileManager.h"
 #include "posix/PosixProcessInfo.h"
 #include "posix/PosixStandardOutput.h"
+#include "posix/files/PosixFileManager.h"
 #include "qt/QtApplication.h"
 #include "qt/QtFontCatalog.h"
 #include "qt/QtMainQueue.h"
-#include "qt/QtPreviewPanel.h"
 #include "qt/QtTextField.h"
 #include "qt/QtTimerFactory.h"
+#include "qt/preview/QtPreviewPanel.h"
 
 namespace vantrel {
 

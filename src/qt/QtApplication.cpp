@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <utility>
 
-#include "qt/QtAccessibleContent.h"
 #include "qt/TypedAhead.h"
 
 namespace vantrel {
@@ -73,7 +72,6 @@ QtApplication::QtApplication(const char* programName)
     QApplication::setStyle(new QtStyle);
     QApplication::setWindowIcon(icon());
     QApplication::setQuitOnLastWindowClosed(true);
-    installQtAccessibility();
 }
 
 std::unique_ptr<Window> QtApplication::makeWindow(const WindowOptions& options) {

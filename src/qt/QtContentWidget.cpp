@@ -25,10 +25,17 @@ Point pointFrom(const QPointF& position) {
     return {position.x(), position.y()};
 }
 
+QtContentWidget::ObserverFactory observerFactory = nullptr;
+
 }  // namespace
+
+void QtContentWidget::setObserverFactory(ObserverFactory factory) {
+    observerFactory = factory;
+}
 
 QtContentWidget::QtContentWidget(const Color& background, QWidget* parent)
     : QWidget(parent), background_(background) {
+    if (observerFactory != nullptr) observer_ = observerFactory(*this);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_InputMethodEnabled);
     setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
@@ -78,19 +85,12 @@ void QtContentWidget::paintEvent(QPaintEvent*) {
     QtCanvas canvas(painter, faces_);
     canvas.fill({0, 0, static_cast<double>(width()), static_cast<double>(height())}, background_);
     if (root_) root_->drawTree(canvas);
-    // Whatever changes is painted, so this is where to look for something to tell.
-    if (QAccessible::isActive()) accessibleTree().announceChanges();
-}
-
-QtAccessibleTree& QtContentWidget::accessibleTree() {
-    if (!accessibleTree_) accessibleTree_ = std::make_unique<QtAccessibleTree>(*this);
-    return *accessibleTree_;
+    if (observer_) observer_->contentWasPainted();
 }
 
 void QtContentWidget::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
-    // Qt tells that the widget has the focus; which part of it has is told again after that.
-    if (accessibleTree_) accessibleTree_->forgetFocus();
+    if (observer_) observer_->contentGotTheKeyboard();
     scheduleRedraw(Redraw::atOnce);
 }
 

@@ -6,11 +6,22 @@
 #include <memory>
 
 #include "platform/View.h"
-#include "qt/QtAccessibleTree.h"
 #include "qt/QtFace.h"
 #include "qt/WheelSteps.h"
 
 namespace vantrel {
+
+/// Hears of one content, which owns it. Main thread only.
+class QtContentObserver {
+public:
+    virtual ~QtContentObserver() = default;
+
+    /// Whatever changes is painted, so this is where to look for what has changed.
+    virtual void contentWasPainted() = 0;
+
+    /// Qt has just told others that the widget has the keyboard.
+    virtual void contentGotTheKeyboard() = 0;
+};
 
 /// The content area of the window: shows a tree of views and passes Qt's events on to it. Keys go to the
 /// root, and none of them to anybody else afterwards. A click leaves the keyboard where it is. Main thread
@@ -30,8 +41,13 @@ public:
     bool takesActions() const { return takesActions_; }
     void setTakesActions(bool takes) { takesActions_ = takes; }
 
-    /// What assistive technology sees of the views.
-    QtAccessibleTree& accessibleTree();
+    using ObserverFactory = std::unique_ptr<QtContentObserver> (*)(QtContentWidget& content);
+
+    /// Who observes every content that is made from now on.
+    static void setObserverFactory(ObserverFactory factory);
+
+    /// Null when it was made before there was a factory.
+    QtContentObserver* observer() const { return observer_.get(); }
 
     void scheduleRedraw(Redraw urgency) override;
     void focusContent() override;
@@ -61,7 +77,7 @@ private:
     QBasicTimer redrawTimer_;
     Redraw timedRedraw_ = Redraw::atOnce;  ///< for whom the timer runs
     bool takesActions_ = true;
-    std::unique_ptr<QtAccessibleTree> accessibleTree_;  ///< made when somebody asks for it
+    std::unique_ptr<QtContentObserver> observer_;
 };
 
 }  // namespace vantrel

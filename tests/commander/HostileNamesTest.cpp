@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "posix/FileOperations.h"
-#include "posix/Trash.h"
+#include "posix/files/FileOperations.h"
+#include "posix/files/Trash.h"
 #include "support/HostileNames.h"
 #include "support/LongTests.h"
 #include "support/RealFilesWindow.h"

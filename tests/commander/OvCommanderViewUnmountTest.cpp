@@ -3,7 +3,7 @@
 #include <sys/mount.h>
 
 #include "commander/OvCommanderView.h"
-#include "posix/PosixFileManager.h"
+#include "posix/files/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/OwnNamespaces.h"
 #include "support/RecordingCanvas.h"

@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
-#include "posix/FileOperations.h"
-#include "posix/Trash.h"
+#include "posix/files/FileOperations.h"
+#include "posix/files/Trash.h"
 
 // One operation, as the program makes it, from the command line: for the tests that cut the power under it.
 // What it says on standard output when it returns is what a person would have been told.

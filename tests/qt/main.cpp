@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "qt/QtTestSupport.h"
+#include "qt/accessibility/QtAccessibleContent.h"
 
 namespace {
 
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
         ::setenv("QT_QPA_PLATFORM", "offscreen:configfile=" VANTREL_TEST_SCREENS, 1);
     testing::InitGoogleTest(&argc, argv);
     vantrel::QtApplication application(argv[0]);
+    vantrel::installQtAccessibility();
     theApplication = &application;
     const int status = RUN_ALL_TESTS();
     theApplication = nullptr;

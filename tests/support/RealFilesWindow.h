@@ -5,7 +5,7 @@
 #include <string>
 
 #include "commander/OvCommanderView.h"
-#include "posix/PosixFileManager.h"
+#include "posix/files/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/RecordingCanvas.h"
 #include "support/TemporaryFolder.h"

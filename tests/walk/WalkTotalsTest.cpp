@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "posix/PosixFileManager.h"
+#include "posix/files/PosixFileManager.h"
 #include "support/PanelFixture.h"
 #include "support/RecordingCanvas.h"
 #include "walk/ForwardingReader.h"

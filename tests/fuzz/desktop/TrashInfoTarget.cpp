@@ -11,8 +11,8 @@
 #include "fuzz/Input.h"
 #include "fuzz/Utf8.h"
 #include "fuzz/desktop/Targets.h"
-#include "posix/Trash.h"
-#include "posix/TrashCan.h"
+#include "posix/files/Trash.h"
+#include "posix/files/TrashCan.h"
 #include "support/TemporaryFolder.h"
 
 // What the trash writes, read again by the library that other desktops read it with.

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include "posix/files/Trees.h"
+
+namespace vantrel {
+
+/// Copies the content of one open file into another, empty one: by sharing its blocks, else inside the
+/// kernel, else through a buffer; holes stay holes. `status` is the original's; a file that has become
+/// shorter is copied as far as it goes, one of size 0 (as those in /proc say) up to its end. Has what is
+/// written go to the disk at once, so that flushing it in the end does not take long.
+std::error_code copyContent(const CopyTask& task, int from, int to, const struct stat& status);
+
+}  // namespace vantrel

@@ -1,0 +1,85 @@
+#include "posix/files/FolderChain.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "posix/files/ItemPlace.h"
+#include "posix/files/Leftovers.h"
+#include "posix/files/WrittenFiles.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr int passingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+
+/// Makes or enters the folders of a path one after the other and remembers which of them it made.
+class FolderChain {
+public:
+    FolderChain(const SystemCalls& calls, mode_t mode) : calls_(calls), mode_(mode) {}
+
+    std::error_code make(const std::string& path) {
+        std::error_code error = makeAll(path);
+        for (auto made = made_.begin(); made != made_.end() && !error; ++made)
+            error = flushFolder(calls_, made->folder.number());
+        if (error) {
+            for (auto made = made_.rbegin(); made != made_.rend(); ++made) {
+                ::unlinkat(made->folder.number(), made->name.c_str(), AT_REMOVEDIR);
+            }
+        }
+        return error;
+    }
+
+private:
+    std::error_code makeAll(const std::string& path) {
+        FileDescriptor folder = open(AT_FDCWD, path.starts_with('/') ? "/" : ".");
+        if (!folder) return lastError();
+        for (std::size_t begin = 0; begin < path.size();) {
+            const std::size_t end = std::min(path.find('/', begin), path.size());
+            const std::string name = path.substr(begin, end - begin);
+            begin = end + 1;
+            if (name.empty()) continue;
+            FileDescriptor next = open(folder.number(), name);
+            if (!next && errno == ENOENT) {
+                if (const std::error_code error = makeOne(folder, name)) return error;
+                next = open(folder.number(), name);
+            }
+            if (!next) return lastError();
+            folder = std::move(next);
+        }
+        return {};
+    }
+
+    std::error_code makeOne(const FileDescriptor& folder, const std::string& name) {
+        FileDescriptor kept = open(folder.number(), ".");
+        if (!kept) return lastError();
+        clearLeftovers(calls_, folder.number());
+        if (calls_("mkdirat", [&] { return ::mkdirat(folder.number(), name.c_str(), mode_); }) == 0) {
+            made_.push_back({std::move(kept), name});
+        } else if (errno != EEXIST) {
+            return lastError();
+        }
+        return {};
+    }
+
+    FileDescriptor open(int folder, const std::string& name) const {
+        return FileDescriptor(calls_("openat", [&] { return ::openat(folder, name.c_str(), passingFlags); }));
+    }
+
+    const SystemCalls& calls_;
+    mode_t mode_;
+    std::vector<ItemPlace> made_;
+};
+
+}  // namespace
+
+std::error_code makeFolders(const SystemCalls& calls, const std::string& path, mode_t mode) {
+    return FolderChain(calls, mode).make(path);
+}
+
+}  // namespace vantrel

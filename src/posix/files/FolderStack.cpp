@@ -1,0 +1,96 @@
+#include "posix/files/FolderStack.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "posix/files/ItemPlace.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr std::size_t keptOpen = 32;
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+
+struct StreamCloser {
+    void operator()(DIR* stream) const { ::closedir(stream); }
+};
+
+}  // namespace
+
+std::error_code FolderStack::enter(const std::string& name) {
+    Level level;
+    const auto open = [&] {
+        return FileDescriptor(
+            calls_("openat", [&] { return ::openat(current(), name.c_str(), folderFlags); }));
+    };
+    level.folder = open();
+    if (!level.folder && isShortOfDescriptors(lastError()) && closeOuterFolders()) level.folder = open();
+    if (!level.folder) return lastError();
+    if (calls_("fstat", [&] { return ::fstat(level.folder.number(), &level.status); }) != 0)
+        return lastError();
+    levels_.push_back(std::move(level));
+    if (levels_.size() > keptOpen) levels_[levels_.size() - 1 - keptOpen].folder.close();
+    return {};
+}
+
+std::error_code FolderStack::leave() {
+    const Level left = std::move(levels_.back());
+    levels_.pop_back();
+    if (levels_.empty() || levels_.back().folder) return {};
+    Level& outer = levels_.back();
+    FileDescriptor found(calls_("openat", [&] { return ::openat(left.folder.number(), "..", folderFlags); }));
+    struct stat status {};
+    if (!found || calls_("fstat", [&] { return ::fstat(found.number(), &status); }) != 0) return lastError();
+    if (!isSameFile(status, outer.status)) return std::make_error_code(std::errc::no_such_file_or_directory);
+    outer.folder = std::move(found);
+    return {};
+}
+
+Result<std::vector<std::string>> FolderStack::names() {
+    Result<std::vector<std::string>> names = namesIn(calls_, current());
+    if (!names && isShortOfDescriptors(names.error()) && closeOuterFolders())
+        return namesIn(calls_, current());
+    return names;
+}
+
+/// All but the innermost. Answers whether there was one to close.
+bool FolderStack::closeOuterFolders() {
+    bool wasOpen = false;
+    for (std::size_t outer = 0; outer + 1 < levels_.size(); ++outer) {
+        wasOpen = wasOpen || levels_[outer].folder;
+        levels_[outer].folder.close();
+    }
+    return wasOpen;
+}
+
+Result<std::vector<std::string>> namesIn(const SystemCalls& calls, int folder) {
+    // A second descriptor, because the stream closes its own; not by name, because that needs a permission
+    // more than reading does.
+    FileDescriptor own(calls("fcntl", [&] { return ::fcntl(folder, F_DUPFD_CLOEXEC, 0); }));
+    if (!own) return lastError();
+    const std::unique_ptr<DIR, StreamCloser> stream(::fdopendir(own.number()));
+    if (stream == nullptr) return lastError();
+    own.release();
+    ::rewinddir(stream.get());
+    std::vector<std::string> names;
+    for (;;) {
+        const dirent* entry = nullptr;
+        const int answer = calls("readdir", [&] {
+            errno = 0;
+            entry = ::readdir(stream.get());
+            return entry == nullptr && errno != 0 ? -1 : 0;
+        });
+        if (answer != 0) return lastError();
+        if (entry == nullptr) return names;
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") names.emplace_back(name);
+    }
+}
+
+}  // namespace vantrel

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <string>
+#include <vector>
+
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
+#include "posix/files/SystemCalls.h"
+
+namespace vantrel {
+
+/// The way down from one open folder into the folders below it, of any depth, with a bounded number of
+/// descriptors: the outer ones are closed on the way, sooner where descriptors are short, and found again
+/// through ".." - and only taken for the same folder when they are. Links are never followed.
+class FolderStack {
+public:
+    /// `base` is borrowed.
+    FolderStack(const SystemCalls& calls, int base) : calls_(calls), base_(base) {}
+
+    /// The innermost folder, the base at first.
+    int current() const { return levels_.empty() ? base_ : levels_.back().folder.number(); }
+
+    /// Status of the innermost folder as it was entered. Not for the base.
+    const struct stat& status() const { return levels_.back().status; }
+
+    std::error_code enter(const std::string& name);
+
+    /// Back to the next outer folder. Fails with no_such_file_or_directory when the tree was moved meanwhile
+    /// and the way back leads elsewhere.
+    std::error_code leave();
+
+    /// Names of the entries of the innermost folder, without "." and "..".
+    Result<std::vector<std::string>> names();
+
+private:
+    struct Level {
+        FileDescriptor folder;  ///< closed while many others lie further in
+        struct stat status {};
+    };
+
+    bool closeOuterFolders();
+
+    const SystemCalls& calls_;
+    int base_;
+    std::vector<Level> levels_;
+};
+
+/// Names of the entries of an open folder, without "." and "..".
+Result<std::vector<std::string>> namesIn(const SystemCalls& calls, int folder);
+
+/// Whether the process has no descriptor left.
+inline bool isShortOfDescriptors(const std::error_code& error) {
+    return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
+}
+
+}  // namespace vantrel

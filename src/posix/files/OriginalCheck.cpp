@@ -1,0 +1,263 @@
+#include "posix/files/OriginalCheck.h"
+
+#include <fcntl.h>
+#include <linux/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <optional>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "posix/files/FileCopy.h"
+#include "posix/files/ItemPlace.h"
+#include "posix/files/ReadLease.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr int readingFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+
+FileDescriptor openForReading(const SystemCalls& calls, int folder, const std::string& name) {
+    return FileDescriptor(calls("openat", [&] { return ::openat(folder, name.c_str(), readingFlags, 0); }));
+}
+
+/// As many bytes as there are up to the size of the buffer; fewer at the end of the file only.
+std::optional<std::size_t> fill(const SystemCalls& calls, int file, off_t offset, std::vector<char>& buffer) {
+    std::size_t filled = 0;
+    while (filled < buffer.size()) {
+        const ssize_t count = calls("pread", [&] {
+            return ::pread(file, buffer.data() + filled, buffer.size() - filled,
+                           offset + static_cast<off_t>(filled));
+        });
+        if (count < 0) return std::nullopt;
+        if (count == 0) break;
+        filled += static_cast<std::size_t>(count);
+    }
+    return filled;
+}
+
+std::error_code compareFiles(const SystemCalls& calls, int one, int other) {
+    constexpr std::size_t pieceSize = std::size_t{128} * 1024;
+    std::vector<char> piece(pieceSize), otherPiece(pieceSize);
+    for (off_t offset = 0;; offset += static_cast<off_t>(pieceSize)) {
+        const auto count = fill(calls, one, offset, piece);
+        const auto otherCount = fill(calls, other, offset, otherPiece);
+        if (!count || !otherCount) return lastError();
+        if (*count != *otherCount ||
+            !std::equal(piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(*count),
+                        otherPiece.begin())) {
+            return busy();
+        }
+        if (*count < pieceSize) return {};
+    }
+}
+
+std::error_code unlessChanged(bool isUnchanged) {
+    return isUnchanged ? std::error_code() : busy();
+}
+
+/// Goes through one item, an original or its copy, as the record says. Base of those who look at one only.
+class OneTree {
+public:
+    std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
+
+protected:
+    OneTree(const SystemCalls& calls, const TreeRecord& record, const ItemReference& top)
+        : calls_(calls), record_(record), top_(top), stack_(calls, top.folder) {}
+
+    bool isTop(const TreeRecord::Entry& entry) const { return &entry == &record_.top(); }
+    const std::string& nameOf(const TreeRecord::Entry& entry) const {
+        return isTop(entry) ? top_.name : entry.name;
+    }
+
+    /// Into a folder, which must hold the names that the record has of it.
+    std::error_code enterUnchanged(const TreeRecord::Entry& entry, std::size_t index) {
+        if (const std::error_code error = stack_.enter(nameOf(entry))) return error;
+        Result<std::vector<std::string>> names = stack_.names();
+        if (!names) return names.error();
+        std::ranges::sort(names.value());
+        return unlessChanged(names.value() == record_.namesBelow(index));
+    }
+
+    const SystemCalls& calls_;
+    const TreeRecord& record_;
+    ItemReference top_;
+    FolderStack stack_;
+};
+
+/// What is true of an original before it is touched.
+class InPlace : public OneTree {
+public:
+    InPlace(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original)
+        : OneTree(calls, record, original) {}
+
+    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
+        if (const std::error_code error = leaf(entry)) return error;
+        return enterUnchanged(entry, index);
+    }
+
+    std::error_code leaf(const TreeRecord::Entry& entry) const {
+        const Result<struct stat> status = statusOf(calls_, stack_.current(), nameOf(entry));
+        if (!status) return status.error();
+        if (!entry.state.isUnchanged(ItemState::of(status.value()))) return busy();
+        struct statx extended {};
+        const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+        if (calls_("statx", [&] {
+                return ::statx(stack_.current(), nameOf(entry).c_str(), flags, 0, &extended);
+            }) != 0) {
+            return {};  // then removing it will tell
+        }
+        const bool isFixed = (extended.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
+        return isFixed ? std::make_error_code(std::errc::operation_not_permitted) : std::error_code();
+    }
+};
+
+class Aside : SideBySide {
+public:
+    Aside(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
+          const ItemReference& copy)
+        : SideBySide(calls, record, original, copy) {}
+
+    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
+        if (const std::error_code error = compareState(entry)) return error;
+        if (const std::error_code error = enterBoth(entry)) return error;
+        Result<std::vector<std::string>> names = original_.names();
+        if (!names) return names.error();
+        std::ranges::sort(names.value());
+        if (names.value() != record_.namesBelow(index)) return busy();
+        return unlessChanged(!isTop(entry) ||
+                             extendedAttributesOf(calls_, original_.current()) == record_.topAttributes);
+    }
+
+    std::error_code leave(const TreeRecord::Entry&) { return leaveBoth(); }
+
+    std::error_code leaf(const TreeRecord::Entry& entry) const {
+        if (const std::error_code error = compareState(entry)) return error;
+        if (S_ISLNK(entry.state.mode)) return compareLinks(entry);
+        return entry.state.isFile() ? compareFile(entry) : std::error_code();
+    }
+
+private:
+    std::error_code compareState(const TreeRecord::Entry& entry) const {
+        const Result<struct stat> status = statusOf(calls_, original_.current(), nameOf(entry));
+        if (!status) return status.error();
+        const ItemState now = ItemState::of(status.value());
+        return unlessChanged(isTop(entry) ? entry.state.isSameButForName(now) : entry.state.isUnchanged(now));
+    }
+
+    std::error_code compareFile(const TreeRecord::Entry& entry) const {
+        const FileDescriptor file = openForReading(calls_, original_.current(), nameOf(entry));
+        if (!file) return lastError();
+        if (takeLease(calls_, file.number()) == LeaseAnswer::hasWriter) return busy();
+        return entry.isUncertain ? compareContent(file.number(), entry) : std::error_code();
+    }
+
+    std::error_code compareLinks(const TreeRecord::Entry& entry) const {
+        const std::optional<std::string> target = targetOf(original_.current(), nameOf(entry));
+        if (!target) return lastError();
+        const std::optional<std::string> other = targetOf(copy_.current(), copyNameOf(entry));
+        if (!other) return lastError();
+        return unlessChanged(target == other);
+    }
+
+    std::optional<std::string> targetOf(int folder, const std::string& name) const {
+        std::string target(PATH_MAX, '\0');
+        const ssize_t size = calls_(
+            "readlinkat", [&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
+        if (size < 0) return std::nullopt;
+        target.resize(static_cast<std::size_t>(size));
+        return target;
+    }
+};
+
+/// What is true of a copy that nobody has touched.
+class Untouched : public OneTree {
+public:
+    Untouched(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
+              const timespec& seen)
+        : OneTree(calls, record, copy), seen_(seen) {}
+
+    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
+        if (const std::error_code error = compareState(entry)) return error;
+        return enterUnchanged(entry, index);
+    }
+
+    std::error_code leaf(const TreeRecord::Entry& entry) const {
+        if (const std::error_code error = compareState(entry)) return error;
+        if (!entry.state.isFile()) return {};
+        const FileDescriptor file = openForReading(calls_, stack_.current(), nameOf(entry));
+        if (!file) return lastError();
+        return unlessChanged(takeLease(calls_, file.number()) != LeaseAnswer::hasWriter);
+    }
+
+private:
+    std::error_code compareState(const TreeRecord::Entry& entry) const {
+        const Result<struct stat> status = statusOf(calls_, stack_.current(), nameOf(entry));
+        if (!status) return status.error();
+        const ItemState now = ItemState::of(status.value());
+        const bool isSameKind = ((now.mode ^ entry.state.mode) & S_IFMT) == 0;
+        return unlessChanged(isSameKind && (now.isFolder() || now.size == entry.state.size) &&
+                             isDatedAsCopied(entry, now));
+    }
+
+    /// Some file systems keep dates in steps of two seconds.
+    bool isDatedAsCopied(const TreeRecord::Entry& entry, const ItemState& now) const {
+        constexpr time_t coarsestDate = 2;  // seconds
+        if (isTop(entry)) return now.isFolder() || isSameDate(entry.state, now, coarsestDate);
+        return std::tie(now.changed.tv_sec, now.changed.tv_nsec) <= std::tie(seen_.tv_sec, seen_.tv_nsec) &&
+               isSameDate(entry.state, now, coarsestDate);
+    }
+
+    static bool isSameDate(const ItemState& one, const ItemState& other, time_t coarsest) {
+        return std::abs(one.modified.tv_sec - other.modified.tv_sec) <= coarsest;
+    }
+
+    timespec seen_;
+};
+
+}  // namespace
+
+std::error_code busy() {
+    return std::make_error_code(std::errc::device_or_resource_busy);
+}
+
+std::error_code SideBySide::enterBoth(const TreeRecord::Entry& entry) {
+    if (const std::error_code error = original_.enter(nameOf(entry))) return error;
+    return copy_.enter(copyNameOf(entry));
+}
+
+std::error_code SideBySide::leaveBoth() {
+    if (const std::error_code error = original_.leave()) return error;
+    return copy_.leave();
+}
+
+std::error_code SideBySide::compareContent(int original, const TreeRecord::Entry& entry) const {
+    const FileDescriptor copy = openForReading(calls_, copy_.current(), copyNameOf(entry));
+    if (!copy) return lastError();
+    return compareFiles(calls_, original, copy.number());
+}
+
+std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record,
+                             const ItemReference& original) {
+    InPlace check(calls, record, original);
+    return record.visit(check);
+}
+
+std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record,
+                              const ItemReference& original, const ItemReference& copy) {
+    Aside check(calls, record, original, copy);
+    return record.visit(check);
+}
+
+std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
+                          const timespec& seen) {
+    Untouched check(calls, record, copy, seen);
+    return record.visit(check);
+}
+
+}  // namespace vantrel

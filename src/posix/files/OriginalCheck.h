@@ -1,0 +1,69 @@
+#pragma once
+
+#include <string>
+
+#include "posix/files/FolderStack.h"
+#include "posix/files/SystemCalls.h"
+#include "posix/files/TreeRecord.h"
+
+namespace vantrel {
+
+/// An item by the open folder that holds it, which is borrowed, and its name there.
+struct ItemReference {
+    int folder;
+    std::string name;
+};
+
+/// Goes through an original and its copy side by side, as the record says. Base of those who look at both.
+class SideBySide {
+protected:
+    SideBySide(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
+               const ItemReference& copy)
+        : calls_(calls),
+          record_(record),
+          originalTop_(original),
+          copyTop_(copy),
+          original_(calls, original.folder),
+          copy_(calls, copy.folder) {}
+
+    bool isTop(const TreeRecord::Entry& entry) const { return &entry == &record_.top(); }
+    const std::string& nameOf(const TreeRecord::Entry& entry) const {
+        return isTop(entry) ? originalTop_.name : entry.name;
+    }
+    std::error_code enterBoth(const TreeRecord::Entry& entry);
+    std::error_code leaveBoth();
+
+    /// Whether an open original holds what the copy of `entry` holds; busy() when it does not.
+    std::error_code compareContent(int original, const TreeRecord::Entry& entry) const;
+
+    const std::string& copyNameOf(const TreeRecord::Entry& entry) const {
+        return isTop(entry) ? copyTop_.name : entry.name;
+    }
+
+    const SystemCalls& calls_;
+    const TreeRecord& record_;
+    ItemReference originalTop_;
+    ItemReference copyTop_;
+    FolderStack original_;
+    FolderStack copy_;
+};
+
+/// Somebody else works on it.
+std::error_code busy();
+
+/// Whether an original stands in its place as it was copied: nothing came, went or was changed in any way. An
+/// item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted.
+std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record,
+                             const ItemReference& original);
+
+/// The same for a folder that was given another name meanwhile, where nobody finds it any more: nobody has a
+/// file in it open for writing either, and what could have been changed without a trace is compared with the
+/// copy. device_or_resource_busy when it is not so.
+std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record,
+                              const ItemReference& original, const ItemReference& copy);
+
+/// Whether a copy is still as it was made, before others could see it: `seen` is when they could.
+std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
+                          const timespec& seen);
+
+}  // namespace vantrel

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include "posix/files/ItemPlace.h"
+#include "posix/files/SystemCalls.h"
+#include "posix/files/TreeRecord.h"
+#include "posix/files/Workplace.h"
+
+namespace vantrel {
+
+/// The end of a move that had to copy: takes the original away once its copy is on the disk under its final
+/// name. Nothing is removed but what the record has, each item only after it was taken out of everybody's
+/// reach and looked at there, so that whatever somebody does to the original at any moment stays.
+class OriginalRemoval {
+public:
+    /// All borrowed. `copy` is the finished copy in its place.
+    OriginalRemoval(const SystemCalls& calls, const TreeRecord& record, const ItemPlace& original,
+                    const ItemPlace& copy)
+        : calls_(calls), record_(record), original_(original), copy_(copy) {}
+
+    /// On failure what is left of the original stands under its own name, or one with a number where somebody
+    /// has taken that. device_or_resource_busy when others have changed it or are about to.
+    std::error_code run();
+
+    /// Whether a failure has left the original whole.
+    bool hasKeptAll() const { return hasKeptAll_; }
+
+private:
+    std::error_code removeFolder();
+    std::error_code removeLeaf();
+    std::error_code putBack(std::error_code reason);
+
+    const SystemCalls& calls_;
+    const TreeRecord& record_;
+    const ItemPlace& original_;
+    const ItemPlace& copy_;
+    std::optional<Workplace> workplace_;
+    std::string asideName_;  ///< of the original while it is set aside
+    int asideFolder_ = -1;
+    bool hasKeptAll_ = true;
+};
+
+}  // namespace vantrel

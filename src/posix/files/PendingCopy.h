@@ -1,0 +1,44 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <string>
+
+#include "posix/StopSignals.h"
+#include "posix/files/ItemPlace.h"
+#include "posix/files/SystemCalls.h"
+#include "posix/files/TreeRecord.h"
+#include "posix/files/Workplace.h"
+
+namespace vantrel {
+
+/// A copy in the making, out of sight beside its target. What is not put in place is removed.
+class PendingCopy {
+public:
+    /// All borrowed.
+    PendingCopy(const SystemCalls& calls, const StopRequested& stop, const ItemPlace& target)
+        : calls_(calls), stop_(stop), target_(target) {}
+
+    /// Makes the copy and waits until all of it is on the disk. `record` gets the originals, where there is
+    /// one.
+    std::error_code make(const ItemPlace& source, const struct stat& status, TreeRecord* record);
+
+    /// Gives the copy its name and waits until that is on the disk as well; it has it or, on failure, nothing
+    /// is left of the copy.
+    std::error_code putInPlace();
+
+    /// Removes the copy after it was put in place, unless somebody has found and changed it there meanwhile.
+    void takeBack(const TreeRecord& record);
+
+private:
+    std::error_code makeWorkplace();
+
+    const SystemCalls& calls_;
+    const StopRequested& stop_;
+    const ItemPlace& target_;
+    std::optional<Workplace> workplace_;
+    timespec seen_{};  ///< when it got its name
+};
+
+}  // namespace vantrel

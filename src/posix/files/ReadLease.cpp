@@ -1,0 +1,25 @@
+#include "posix/files/ReadLease.h"
+
+#include <fcntl.h>
+
+#include <csignal>
+
+namespace vantrel {
+
+LeaseAnswer takeLease(const SystemCalls& calls, int file) {
+    // Whoever waits is announced by a signal: not by SIGIO, which would end this program, but by one that
+    // does nothing unless somebody asks for it.
+    if (calls("fcntl", [&] { return ::fcntl(file, F_SETSIG, SIGURG); }) != 0) return LeaseAnswer::unknown;
+    if (calls("fcntl", [&] { return ::fcntl(file, F_SETLEASE, F_RDLCK); }) == 0) return LeaseAnswer::held;
+    return errno == EAGAIN ? LeaseAnswer::hasWriter : LeaseAnswer::unknown;
+}
+
+bool isLeaseHeld(const SystemCalls& calls, int file) {
+    return calls("fcntl", [&] { return ::fcntl(file, F_GETLEASE, 0); }) == F_RDLCK;
+}
+
+void endLease(const SystemCalls& calls, int file) {
+    calls("fcntl", [&] { return ::fcntl(file, F_SETLEASE, F_UNLCK); });
+}
+
+}  // namespace vantrel

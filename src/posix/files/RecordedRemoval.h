@@ -1,0 +1,51 @@
+#pragma once
+
+#include <vector>
+
+#include "posix/files/OriginalCheck.h"
+
+namespace vantrel {
+
+/// Removes the items of a record one by one. Each is first taken into a folder where nobody else reaches it
+/// and looked at there; one that is not as it was recorded gets its place back and ends the removal
+/// (device_or_resource_busy), as does a folder that holds anything else (directory_not_empty).
+class RecordedRemoval : SideBySide {
+public:
+    /// `reach` is that folder, borrowed; -1 where there could be none, so that the looking comes just before
+    /// the removing.
+    RecordedRemoval(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
+                    const ItemReference& copy, int outOfReach, std::string nameThere = "")
+        : SideBySide(calls, record, original, copy),
+          outOfReach_(outOfReach),
+          topNameThere_(std::move(nameThere)) {}
+
+    std::error_code run();
+
+    bool hasRemovedAny() const { return hasRemovedAny_; }
+
+    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index);
+    std::error_code leave(const TreeRecord::Entry& entry);
+    std::error_code leaf(const TreeRecord::Entry& entry);
+
+private:
+    /// An item that is looked at, opened where that is possible.
+    struct Subject {
+        const TreeRecord::Entry& entry;
+        FileDescriptor file;
+        bool isLeased = false;
+        struct stat status {};
+    };
+
+    std::error_code lookAt(Subject& subject) const;
+    std::error_code lookAgain(const Subject& subject, int folder, const std::string& name) const;
+    std::string nameThere(const TreeRecord::Entry& entry) const;
+    std::error_code unlink(int folder, const std::string& name, int flags);
+    void restoreFolders();
+
+    int outOfReach_;
+    std::string topNameThere_;
+    bool hasRemovedAny_ = false;
+    std::vector<const TreeRecord::Entry*> open_;
+};
+
+}  // namespace vantrel

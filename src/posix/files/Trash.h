@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "base/Result.h"
+#include "posix/files/Mounts.h"
+#include "posix/files/SystemCalls.h"
+#include "posix/files/TrashCan.h"
+
+namespace vantrel {
+
+/// Puts items into the user's trash after the freedesktop.org Trash specification 1.0: the home trash for
+/// what lies on its file system, else a trash at the top of the item's own. Items are only ever renamed; what
+/// cannot be trashed stays where it is.
+class Trash {
+public:
+    /// Tells the mount of an open folder whose absolute path, without links, is given.
+    using MountFinder = std::function<Result<Mount>(int folder, const std::string& path)>;
+
+    struct Settings {
+        std::string dataHome;  ///< absolute; the folder that holds "Trash", made when missing
+        MountFinder findMount = vantrel::findMount;
+    };
+
+    /// $XDG_DATA_HOME where it is absolute, else .local/share in the user's home folder.
+    static Settings userSettings();
+
+    explicit Trash(Settings settings, SystemCalls calls = {})
+        : settings_(std::move(settings)), calls_(std::move(calls)) {}
+
+    /// `path` is absolute and without "." and ".."; a link is trashed itself. invalid_argument for the trash,
+    /// for what lies directly in it and for the folders around it, operation_not_supported where no trash is
+    /// kept.
+    std::error_code put(const std::string& path) const;
+
+private:
+    bool isHomeMount(const Mount& mount) const;
+    Result<TrashCan> homeCan() const;
+    Result<TrashCan> volumeCan(const Mount& mount) const;
+    Result<TrashCan> openOwnCan(int folder, const std::string& name, const std::string& topFolder) const;
+
+    Settings settings_;
+    SystemCalls calls_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,151 @@
+#include "posix/files/TrashCan.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstdio>
+#include <ctime>
+#include <string_view>
+#include <utility>
+
+#include "base/Paths.h"
+#include "posix/files/ExclusiveRename.h"
+#include "posix/files/WrittenFiles.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr std::string_view infoSuffix = ".trashinfo";
+constexpr int mostAttempts = 100'000;
+
+Result<FileDescriptor> openOwnFolder(const SystemCalls& calls, int folder, const char* name) {
+    const bool isNew = calls("mkdirat", [&] { return ::mkdirat(folder, name, 0700); }) == 0;
+    if (!isNew && errno != EEXIST) return lastError();
+    if (const std::error_code error = isNew ? flushFolder(calls, folder) : std::error_code()) return error;
+    FileDescriptor opened(calls(
+        "openat", [&] { return ::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    struct stat status {};
+    if (!opened || calls("fstat", [&] { return ::fstat(opened.number(), &status); }) != 0) return lastError();
+    if (status.st_uid != ::geteuid()) return std::make_error_code(std::errc::permission_denied);
+    return opened;
+}
+
+std::string now() {
+    const std::time_t moment = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&moment, &local);
+    std::array<char, 32> text{};
+    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &local);
+    return text.data();
+}
+
+bool isContinuation(char byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
+std::string_view shortened(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit) return text;
+    // At most three bytes follow the first one of a character; more are none.
+    for (int steps = 0; steps < 3 && limit > 0 && isContinuation(text[limit]); ++steps) --limit;
+    return text.substr(0, limit);
+}
+
+std::error_code writeNewFile(const SystemCalls& calls, int folder, const std::string& name,
+                             const std::string& content) {
+    FileDescriptor file(calls("openat", [&] {
+        return ::openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    }));
+    if (!file) return lastError();
+    std::error_code error;
+    for (std::string_view rest = content; !rest.empty() && !error;) {
+        const ssize_t count =
+            calls("write", [&] { return ::write(file.number(), rest.data(), rest.size()); });
+        if (count < 0) error = lastError();
+        if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
+    }
+    if (!error) error = flushFile(calls, file.number());
+    if (::close(file.release()) != 0 && !error) error = lastError();
+    if (!error) error = flushFile(calls, folder);
+    if (error) calls("unlinkat", [&] { return ::unlinkat(folder, name.c_str(), 0); });
+    return error;
+}
+
+}  // namespace
+
+std::string trashName(const std::string& name, int attempt, std::size_t limit) {
+    const std::string number = attempt == 1 ? "" : "." + std::to_string(attempt);
+    const std::string extension = paths::extension(name);
+    std::string end = extension.empty() ? number : number + "." + extension;
+    std::string_view stem = std::string_view(name).substr(0, name.size() - (end.size() - number.size()));
+    if (end.size() >= limit) {
+        end = number;
+        stem = name;
+    }
+    return std::string(shortened(stem, limit - end.size())) + end;
+}
+
+Result<TrashCan> TrashCan::open(const SystemCalls& calls, FileDescriptor folder, std::string topFolder) {
+    TrashCan can(std::move(folder), std::move(topFolder));
+    Result<FileDescriptor> files = openOwnFolder(calls, can.folder_.number(), "files");
+    if (!files) return files.error();
+    Result<FileDescriptor> info = openOwnFolder(calls, can.folder_.number(), "info");
+    if (!info) return info.error();
+    can.files_ = std::move(files.value());
+    can.info_ = std::move(info.value());
+    return can;
+}
+
+bool TrashCan::holds(const FileDescriptor& folder) const {
+    struct stat status {};
+    if (::fstat(folder.number(), &status) != 0) return false;
+    return std::ranges::any_of(std::array{&folder_, &files_, &info_}, [&](const FileDescriptor* own) {
+        struct stat ownStatus {};
+        return ::fstat(own->number(), &ownStatus) == 0 && isSameFile(status, ownStatus);
+    });
+}
+
+std::string TrashCan::infoFor(const std::string& path) const {
+    std::string_view recorded = path;
+    if (!topFolder_.empty()) recorded.remove_prefix(topFolder_ == "/" ? 1 : topFolder_.size() + 1);
+    return "[Trash Info]\nPath=" + paths::percentEncoded(recorded) + "\nDeletionDate=" + now() + "\n";
+}
+
+/// Gives the item its name in the can and waits until that is on the disk.
+std::error_code TrashCan::rename(const SystemCalls& calls, const ItemPlace& item,
+                                 const std::string& name) const {
+    const int folder = item.folder.number();
+    std::error_code error = renameExclusively(calls, folder, item.name, files_.number(), name);
+    if (error) return error;
+    error = flushFile(calls, files_.number());
+    if (!error) error = flushFolder(calls, folder);
+    if (!error) return {};
+    const auto stays = renameExclusively(calls, files_.number(), name, folder, item.name);
+    return stays ? std::error_code() : error;
+}
+
+std::error_code TrashCan::put(const SystemCalls& calls, const ItemPlace& item,
+                              const std::string& path) const {
+    if (holds(item.folder)) return std::make_error_code(std::errc::invalid_argument);
+    const long longest = ::fpathconf(info_.number(), _PC_NAME_MAX);
+    const std::size_t limit = static_cast<std::size_t>(longest > 0 ? longest : NAME_MAX) - infoSuffix.size();
+    const std::string info = infoFor(path);
+    for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
+        const std::string name = trashName(item.name, attempt, limit);
+        const std::string infoName = name + std::string(infoSuffix);
+        std::error_code error = writeNewFile(calls, info_.number(), infoName, info);
+        if (error == std::errc::file_exists) continue;
+        if (error) return error;
+        error = rename(calls, item, name);
+        if (!error) return {};
+        calls("unlinkat", [&] { return ::unlinkat(info_.number(), infoName.c_str(), 0); });
+        // A file without its info, left behind by somebody, keeps its name.
+        if (error != std::errc::file_exists) return error;
+    }
+    return std::make_error_code(std::errc::file_exists);
+}
+
+}  // namespace vantrel

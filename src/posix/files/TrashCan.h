@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
+#include "posix/files/ItemPlace.h"
+#include "posix/files/SystemCalls.h"
+
+namespace vantrel {
+
+/// One trash folder with its "files" and "info".
+class TrashCan {
+public:
+    /// Opens the can in a folder that is there, and makes what is missing in it. Refuses what belongs to
+    /// somebody else and links in place of its folders (permission_denied). `topFolder` is what paths in it
+    /// are relative to; empty for absolute ones.
+    static Result<TrashCan> open(const SystemCalls& calls, FileDescriptor folder, std::string topFolder);
+
+    /// Renames the item into the can, after its info file was written under a name that nothing in the can
+    /// has; the info is on the disk before the item is in the can, and that is when this returns. `path` is
+    /// the item's absolute path without links. On failure the item is where it was and the can as it was.
+    std::error_code put(const SystemCalls& calls, const ItemPlace& item, const std::string& path) const;
+
+private:
+    TrashCan(FileDescriptor folder, std::string topFolder)
+        : folder_(std::move(folder)), topFolder_(std::move(topFolder)) {}
+
+    std::error_code rename(const SystemCalls& calls, const ItemPlace& item, const std::string& name) const;
+    bool holds(const FileDescriptor& folder) const;
+    std::string infoFor(const std::string& path) const;
+
+    FileDescriptor folder_;
+    FileDescriptor files_;
+    FileDescriptor info_;
+    std::string topFolder_;
+};
+
+/// The name that an item gets in a trash at the n-th try: its own first, then with a number before its
+/// extension; shortened, between two characters where it is UTF-8, so that no more than `limit` bytes remain.
+std::string trashName(const std::string& name, int attempt, std::size_t limit);
+
+}  // namespace vantrel

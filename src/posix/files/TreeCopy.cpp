@@ -1,0 +1,108 @@
+#include "posix/files/Trees.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "posix/files/FileCopy.h"
+#include "posix/files/FolderStack.h"
+#include "posix/files/ItemPlace.h"
+#include "posix/files/Mounts.h"
+
+namespace vantrel {
+
+namespace {
+
+class TreeCopy {
+public:
+    TreeCopy(const CopyTask& task, int folder, int newFolder)
+        : task_(task),
+          calls_(task.calls),
+          original_(calls_, folder),
+          copy_(calls_, newFolder),
+          mount_(mountOf(folder)) {}
+
+    std::error_code run(const std::string& name, const std::string& newName) {
+        if (const std::error_code error = enter(name, newName)) return error;
+        root_ = copy_.status();
+        while (!remaining_.empty()) {
+            const std::error_code error = remaining_.back().empty() ? finishFolder() : copyNext();
+            if (error) return error;
+        }
+        return {};
+    }
+
+private:
+    std::error_code enter(const std::string& name, const std::string& newName) {
+        if (calls_("mkdirat", [&] { return ::mkdirat(copy_.current(), newName.c_str(), 0700); }) != 0) {
+            return lastError();
+        }
+        if (const std::error_code error = original_.enter(name)) return error;
+        if (const std::error_code error = copy_.enter(newName)) return error;
+        if (task_.isMove()) {
+            if (const std::error_code error = requireRemovable()) return error;
+            task_.record->add(name, original_.status());
+        }
+        Result<std::vector<std::string>> names = original_.names();
+        if (!names) return names.error();
+        remaining_.push_back(std::move(names.value()));
+        return {};
+    }
+
+    std::error_code requireRemovable() const {
+        if (mountOf(original_.current()) != mount_)
+            return std::make_error_code(std::errc::device_or_resource_busy);
+        if (original_.status().st_uid == ::geteuid()) return {};
+        const int answer = calls_("faccessat", [&] {
+            return ::faccessat(original_.current(), ".", R_OK | W_OK | X_OK, AT_EACCESS);
+        });
+        return answer == 0 ? std::error_code() : lastError();
+    }
+
+    std::error_code copyNext() {
+        if (const std::error_code error = task_.goOn()) return error;
+        const std::string name = std::move(remaining_.back().back());
+        remaining_.back().pop_back();
+        const Result<struct stat> status = statusOf(calls_, original_.current(), name);
+        if (!status) {
+            const bool hasVanished = status.error() == std::errc::no_such_file_or_directory;
+            return hasVanished ? std::error_code() : status.error();
+        }
+        if (!S_ISDIR(status.value().st_mode)) {
+            return copyLeaf(task_, original_.current(), name, status.value(), copy_.current(), name);
+        }
+        // The copy lies inside its original, and would grow without end.
+        if (isSameFile(status.value(), root_)) return std::make_error_code(std::errc::invalid_argument);
+        return enter(name, name);
+    }
+
+    std::error_code finishFolder() {
+        remaining_.pop_back();
+        const auto error = copyAttributes(calls_, original_.current(), original_.status(), copy_.current());
+        if (error) return error;
+        if (const std::error_code refused = task_.written.addFolder(copy_.current())) return refused;
+        if (task_.isMove()) task_.record->finishFolder();
+        if (const std::error_code left = original_.leave()) return left;
+        return copy_.leave();
+    }
+
+    const CopyTask& task_;
+    const SystemCalls& calls_;
+    FolderStack original_;
+    FolderStack copy_;
+    std::uint64_t mount_;
+    struct stat root_ {};
+    /// Names still to be copied, of each folder on the way down.
+    std::vector<std::vector<std::string>> remaining_;
+};
+
+}  // namespace
+
+std::error_code copyTree(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
+                         int newFolder, const std::string& newName) {
+    if (S_ISDIR(status.st_mode)) return TreeCopy(task, folder, newFolder).run(name, newName);
+    return copyLeaf(task, folder, name, status, newFolder, newName);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,120 @@
+#include "posix/files/Trees.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "posix/files/FolderStack.h"
+#include "posix/files/ItemPlace.h"
+#include "posix/files/Mounts.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr mode_t ownersBits = 0700;
+
+class TreeRemoval {
+public:
+    TreeRemoval(const SystemCalls& calls, int folder)
+        : calls_(calls), stack_(calls, folder), mount_(mountOf(folder)) {}
+
+    std::error_code run(const std::string& name) {
+        remove(name);
+        while (!open_.empty()) {
+            if (!open_.back().names.empty()) {
+                removeNext();
+            } else if (!removeEmptied()) {
+                break;  // the way back is lost
+            }
+        }
+        return first_;
+    }
+
+private:
+    struct OpenFolder {
+        std::string name;
+        std::vector<std::string> names;  // still to be removed
+    };
+
+    void note(const std::error_code& error) {
+        if (!first_) first_ = error;
+    }
+
+    void removeNext() {
+        const std::string name = std::move(open_.back().names.back());
+        open_.back().names.pop_back();
+        remove(name);
+    }
+
+    void remove(const std::string& name) {
+        const Result<struct stat> status = statusOf(calls_, stack_.current(), name);
+        if (!status) {
+            if (status.error() != std::errc::no_such_file_or_directory) note(status.error());
+        } else if (S_ISDIR(status.value().st_mode)) {
+            enter(name, status.value());
+        } else {
+            unlink(name, 0);
+        }
+    }
+
+    void unlink(const std::string& name, int flags) {
+        const int answer =
+            calls_("unlinkat", [&] { return ::unlinkat(stack_.current(), name.c_str(), flags); });
+        if (answer != 0 && errno != ENOENT) note(lastError());
+    }
+
+    void enter(const std::string& name, const struct stat& status) {
+        // Read-only folders are emptied too. Where this is refused, what follows says so.
+        if ((status.st_mode & ownersBits) != ownersBits) {
+            calls_("fchmodat", [&] {
+                return ::fchmodat(stack_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW);
+            });
+        }
+        if (const std::error_code error = stack_.enter(name)) return note(error);
+        open_.push_back({name, {}});
+        if (mountOf(stack_.current()) != mount_)
+            return note(std::make_error_code(std::errc::device_or_resource_busy));
+        Result<std::vector<std::string>> names = stack_.names();
+        if (!names) return note(names.error());
+        open_.back().names = std::move(names.value());
+    }
+
+    /// Answers whether this is still the way that led down.
+    bool removeEmptied() {
+        const std::string name = std::move(open_.back().name);
+        open_.pop_back();
+        if (const std::error_code error = stack_.leave()) {
+            note(error);
+            return false;
+        }
+        unlink(name, AT_REMOVEDIR);
+        return true;
+    }
+
+    const SystemCalls& calls_;
+    FolderStack stack_;
+    std::uint64_t mount_;
+    std::vector<OpenFolder> open_;
+    std::error_code first_;
+};
+
+}  // namespace
+
+std::error_code removeTree(const SystemCalls& calls, int folder, const std::string& name) {
+    return TreeRemoval(calls, folder).run(name);
+}
+
+std::error_code removeContents(const SystemCalls& calls, int folder) {
+    const Result<std::vector<std::string>> names = namesIn(calls, folder);
+    if (!names) return names.error();
+    std::error_code first;
+    for (const std::string& name : names.value()) {
+        const std::error_code error = removeTree(calls, folder, name);
+        if (!first) first = error;
+    }
+    return first;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <string>
+
+#include "posix/StopSignals.h"
+#include "posix/files/SystemCalls.h"
+#include "posix/files/TreeRecord.h"
+#include "posix/files/WrittenFiles.h"
+
+namespace vantrel {
+
+/// What the making of a copy needs to know all the way down.
+struct CopyTask {
+    const SystemCalls& calls;
+    WrittenFiles& written;         ///< gets everything that is made
+    const StopRequested& stop;     ///< operation_canceled when it asks for the end
+    TreeRecord* record = nullptr;  ///< gets the originals, where the copy is to replace them
+
+    /// A copy that is to replace its original must be able to remove that afterwards: it refuses a tree with
+    /// another file system mounted in it and folders that this user may not empty.
+    bool isMove() const { return record != nullptr; }
+
+    std::error_code goOn() const {
+        return stop && stop() ? std::make_error_code(std::errc::operation_canceled) : std::error_code();
+    }
+};
+
+/// Copies an item with everything below it, of any depth. `newName` must not exist. A copied folder gets its
+/// attributes (see FileCopy.h) once it is filled. Entries that vanish meanwhile are left out. On failure
+/// there is a part of the copy, for the caller to remove.
+std::error_code copyTree(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
+                         int newFolder, const std::string& newName);
+
+/// Removes an item with everything below it, read-only folders of this user too. Stops before another mount.
+/// What cannot be removed is passed over; the answer is the first reason.
+std::error_code removeTree(const SystemCalls& calls, int folder, const std::string& name);
+
+/// The same for all that an open folder holds.
+std::error_code removeContents(const SystemCalls& calls, int folder);
+
+}  // namespace vantrel

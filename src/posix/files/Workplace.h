@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "base/FileDescriptor.h"
+#include "base/Result.h"
+#include "posix/files/SystemCalls.h"
+
+namespace vantrel {
+
+/// A hidden folder of this process's own in a folder that it works in: nobody else may enter it, so names in
+/// it mean what this process made them mean. It is locked while it is in use, and its name says whose it is;
+/// what a process that ended on the way has left is found by that (see `clearLeftovers`).
+class Workplace {
+public:
+    /// `copy`: for what is being made and goes when it is not finished. `original`: for somebody's data, set
+    /// aside, which gets its place back and is never removed with the workplace.
+    enum class Purpose : std::uint8_t { copy, original };
+
+    /// What the names of such folders begin with.
+    static std::string_view prefixOf(Purpose purpose);
+
+    /// Makes one in an open folder, which is borrowed. permission_denied when what stands under its name is
+    /// not what was made: somebody has exchanged the two.
+    static Result<Workplace> make(const SystemCalls& calls, int folder, Purpose purpose);
+
+    Workplace(Workplace&& other) noexcept
+        : calls_(other.calls_),
+          folder_(other.folder_),
+          purpose_(other.purpose_),
+          name_(std::exchange(other.name_, {})),
+          own_(std::move(other.own_)),
+          reserve_(std::move(other.reserve_)) {}
+    Workplace& operator=(Workplace&&) = delete;
+    ~Workplace() { remove(); }
+
+    /// The open folder.
+    int number() const { return own_.number(); }
+
+    /// Takes the folder away, a copy's with all that is in it. The end of its life does so too.
+    void remove();
+
+private:
+    Workplace(const SystemCalls& calls, int folder, Purpose purpose, std::string name)
+        : calls_(&calls), folder_(folder), purpose_(purpose), name_(std::move(name)) {}
+
+    std::error_code open();
+
+    const SystemCalls* calls_;
+    int folder_;
+    Purpose purpose_;
+    std::string name_;  ///< empty when there is nothing to take away
+    FileDescriptor own_;
+    /// Removing has to list the folder, which takes one descriptor more; by then there may be none left.
+    FileDescriptor reserve_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,93 @@
+#include "posix/files/WrittenFiles.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <utility>
+
+#include "posix/files/FolderStack.h"
+#include "posix/files/VolumeKind.h"
+
+namespace vantrel {
+
+namespace {
+
+/// Up to here flushing each costs hardly more than flushing all, and waits for nothing that others have
+/// written.
+constexpr std::size_t fewFiles = 4;
+
+bool isUnsupported(const std::error_code& error) {
+    return error == std::errc::invalid_argument || error == std::errc::function_not_supported ||
+           error == std::errc::operation_not_supported;
+}
+
+/// Some file systems tell of a full disk only now. Not through the gate: it must not be repeated.
+std::error_code closed(FileDescriptor file) {
+    return ::close(file.release()) == 0 ? std::error_code() : lastError();
+}
+
+}  // namespace
+
+std::error_code flushFile(const SystemCalls& calls, int file) {
+    if (calls("fsync", [&] { return ::fsync(file); }) == 0) return {};
+    const std::error_code error = lastError();
+    return isUnsupported(error) ? std::error_code() : error;
+}
+
+std::error_code flushFolder(const SystemCalls& calls, int folder) {
+    const FileDescriptor opened(
+        calls("openat", [&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!opened) return errno == EACCES ? std::error_code() : lastError();
+    return flushFile(calls, opened.number());
+}
+
+WrittenFiles::WrittenFiles(const SystemCalls& calls, int folder)
+    : calls_(calls), folder_(folder), isReachedByAll_(volumeKindOf(folder) == VolumeKind::native) {}
+
+std::error_code WrittenFiles::add(FileDescriptor file) {
+    if (!isReachedByAll_) {
+        if (const std::error_code error = flushFile(calls_, file.number())) return error;
+        return closed(std::move(file));
+    }
+    if (onlyAll_) return closed(std::move(file));
+    kept_.push_back(std::move(file));
+    return kept_.size() > fewFiles ? giveUpDescriptors() : std::error_code();
+}
+
+std::error_code WrittenFiles::addFolder(int folder) {
+    if (!isReachedByAll_) return flushFile(calls_, folder);
+    if (onlyAll_) return {};
+    FileDescriptor second(calls_("fcntl", [&] { return ::fcntl(folder, F_DUPFD_CLOEXEC, 0); }));
+    if (second) return add(std::move(second));
+    onlyAll_ = true;
+    return {};
+}
+
+std::error_code WrittenFiles::flush() {
+    if (onlyAll_) {
+        if (calls_("syncfs", [&] { return ::syncfs(folder_); }) != 0) return lastError();
+        return giveUpDescriptors();
+    }
+    // All are on their way before the first is waited for, so that it does not take much longer than one.
+    for (const FileDescriptor& file : kept_) {
+        calls_("sync_file_range",
+               [&] { return ::sync_file_range(file.number(), 0, 0, SYNC_FILE_RANGE_WRITE); });
+    }
+    for (const FileDescriptor& file : kept_) {
+        if (const std::error_code error = flushFile(calls_, file.number())) return error;
+    }
+    return giveUpDescriptors();
+}
+
+std::error_code WrittenFiles::giveUpDescriptors() {
+    onlyAll_ = isReachedByAll_;
+    std::error_code first;
+    for (FileDescriptor& file : kept_) {
+        const std::error_code error = closed(std::move(file));
+        if (!first) first = error;
+    }
+    kept_.clear();
+    return first;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "base/FileDescriptor.h"
+#include "posix/files/SystemCalls.h"
+
+namespace vantrel {
+
+/// What an operation has written to one file system and what has to reach the disk before it counts. Few
+/// files are flushed one by one when all are written, many by one syncfs(2), which costs less but pays for
+/// what others have written too; where syncfs(2) does not reach, each file is flushed as it is finished.
+class WrittenFiles {
+public:
+    /// `folder` lies on the file system in question and was opened before the first write to it, so that
+    /// errors of writing are not missed. It is borrowed.
+    WrittenFiles(const SystemCalls& calls, int folder);
+
+    /// Takes over a finished file, with its attributes.
+    std::error_code add(FileDescriptor file);
+
+    /// The same for a folder, which stays the caller's.
+    std::error_code addFolder(int folder);
+
+    /// What cannot be flushed by itself: a link, a FIFO.
+    void addUnopened() { onlyAll_ = isReachedByAll_; }
+
+    /// Flushes all that was added.
+    std::error_code flush();
+
+    /// Closes what is kept open for later, for whoever needs descriptors now.
+    std::error_code giveUpDescriptors();
+
+private:
+    const SystemCalls& calls_;
+    int folder_;
+    bool isReachedByAll_;
+    bool onlyAll_ = false;  // syncfs(2) has to do it
+    std::vector<FileDescriptor> kept_;
+};
+
+/// Waits until what happened to the entries of an open folder has reached the disk. The descriptor may be one
+/// that passes through only (O_PATH). No error where there is no such flushing, or where this user may not
+/// read the folder.
+std::error_code flushFolder(const SystemCalls& calls, int folder);
+
+/// fsync(2) for a file or a folder; no error where the file system knows no such thing.
+std::error_code flushFile(const SystemCalls& calls, int file);
+
+}  // namespace vantrel

@@ -1,9 +1,0 @@
-#pragma once
-
-namespace vantrel {
-
-/// Makes Qt find the views of every QtContentWidget in place of one empty widget, and native fields inside
-/// the dialog that they belong to. Once for the process, after the application has been made.
-void installQtAccessibility();
-
-}  // namespace vantrel
