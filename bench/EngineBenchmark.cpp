@@ -9,6 +9,7 @@
 #include "BenchmarkTree.h"
 #include "model/VantrelEngine.h"
 #include "posix/CoarseClock.h"
+#include "posix/DirectoryReaders.h"
 #include "walk/WalkPool.h"
 
 namespace vantrel::bench {
@@ -130,7 +131,7 @@ void requestCancelledByPrefix(benchmark::State& state) {
 void requestsOfRealFolders(benchmark::State& state) {
     static const BenchmarkTree tree({.folders = 200, .filesPerFolder = 100});
     CoarseClock coarse;
-    WalkPool pool(coarse);
+    WalkPool pool(coarse, {.makeReader = makeNativeReader, .descriptorBudget = descriptorBudgetOfWalks()});
     CollectingQueue queue;
     LeapingClock clock;
     const auto engine = VantrelEngine::make({pool, queue, clock});

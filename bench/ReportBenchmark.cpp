@@ -16,6 +16,7 @@
 #include "model/VantrelEngine.h"
 #include "panel/OvPanelView.h"
 #include "posix/CoarseClock.h"
+#include "posix/DirectoryReaders.h"
 #include "posix/files/PosixFileManager.h"
 #include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
@@ -75,7 +76,10 @@ void run(const Case& given, const std::string& folder) {
     auto& desktop = *new test::FakeDesktop;
     auto& files = *new PosixFileManager;
     const auto& clock = *new CoarseClock;
-    const auto engine = VantrelEngine::make({*new WalkPool(clock), queue, clock});
+    const auto engine =
+        VantrelEngine::make({*new WalkPool(clock, {.makeReader = makeNativeReader,
+                                                   .descriptorBudget = descriptorBudgetOfWalks()}),
+                             queue, clock});
     const auto panel = OvPanelView::make(desktop.portsWith(files), *engine);
     panel->setSortField(SortField::size);
     panel->setSortDirection(given.direction);

@@ -7,6 +7,7 @@
 
 #include "BenchmarkTree.h"
 #include "posix/CoarseClock.h"
+#include "posix/DirectoryReaders.h"
 #include "walk/CheckedSum.h"
 #include "walk/WalkPool.h"
 
@@ -65,9 +66,9 @@ private:
 };
 
 WalkPool::Options threads(benchmark::State& state) {
-    WalkPool::Options options;
-    options.threads = static_cast<unsigned>(state.range(0));
-    return options;
+    return {.makeReader = makeNativeReader,
+            .descriptorBudget = descriptorBudgetOfWalks(),
+            .threads = static_cast<unsigned>(state.range(0))};
 }
 
 void walkOnce(benchmark::State& state, const BenchmarkTree& tree, const WalkPool::Options& options) {
@@ -88,7 +89,7 @@ void wide(benchmark::State& state) {
 void wideWithThePortableReader(benchmark::State& state) {
     static const BenchmarkTree tree({.folders = 200, .filesPerFolder = 100});
     auto options = threads(state);
-    options.makeReader = WalkPool::portableReader;
+    options.makeReader = makePortableReader;
     walkOnce(state, tree, options);
 }
 

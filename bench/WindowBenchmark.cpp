@@ -18,6 +18,7 @@
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
 #include "posix/CoarseClock.h"
+#include "posix/DirectoryReaders.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/FolderSizes.h"
 #include "sizes/Interruption.h"
@@ -62,7 +63,7 @@ private:
     const sizes::Interruption interruption_ = sizes::Interruption::install();
     sizes::CommandLineQueue queue_{interruption_.descriptor()};
     const CoarseClock clock_{};
-    WalkPool pool_{clock_};
+    WalkPool pool_{clock_, {.makeReader = makeNativeReader, .descriptorBudget = descriptorBudgetOfWalks()}};
     const std::shared_ptr<VantrelEngine> engine_ = VantrelEngine::make({pool_, queue_, clock_});
 };
 

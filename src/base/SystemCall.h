@@ -32,4 +32,11 @@ inline std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
+/// EMFILE or ENFILE: no descriptor is free in this process or on this system.
+inline bool isDescriptorShortage(const std::error_code& error) {
+    // Asked about every folder of a walk, so that success has to be told without comparing categories.
+    return error &&
+           (error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system);
+}
+
 }  // namespace vantrel

@@ -3,6 +3,7 @@
 #include "freedesktop/SilentBus.h"
 #include "model/VantrelEngine.h"
 #include "posix/CoarseClock.h"
+#include "posix/DirectoryReaders.h"
 #include "posix/SystemClock.h"
 #include "qt/accessibility/QtAccessibleContent.h"
 #include "walk/WalkPool.h"
@@ -30,9 +31,9 @@ QtDesktop::QtDesktop(const char* programName)
     installQtAccessibility();
     application_.setTerminationHandler([this] { mainQueue_.close(); });
     VantrelEngine::provideShared([&queue = mainQueue_] {
-        const auto& clock = *new SystemClock;
-        return VantrelEngineServices{
-            .calculationQueue = *new WalkPool(*new CoarseClock), .mainQueue = queue, .clock = clock};
+        auto& pool = *new WalkPool(*new CoarseClock, {.makeReader = makeNativeReader,
+                                                      .descriptorBudget = descriptorBudgetOfWalks()});
+        return VantrelEngineServices{.calculationQueue = pool, .mainQueue = queue, .clock = *new SystemClock};
     });
 }
 

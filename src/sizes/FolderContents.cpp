@@ -1,8 +1,5 @@
 #include "sizes/FolderContents.h"
 
-#include "walk/DirectoryReader.h"
-#include "walk/WalkPool.h"
-
 namespace vantrel::sizes {
 
 namespace {
@@ -18,20 +15,19 @@ EntryKind kindOf(walking::DirectoryReader& reader, int folder, const walking::En
 
 }  // namespace
 
-Result<OwnFiles> readFolder(const std::string& path,
+Result<OwnFiles> readFolder(walking::DirectoryReader& reader, const std::string& path,
                             const std::function<void(const std::string& name)>& foundFolder) {
-    const auto reader = WalkPool::nativeReader();
     walking::Volume volume;
-    const auto folder = reader->openRoot(path, volume);
+    const auto folder = reader.openRoot(path, volume);
     if (!folder) return folder.error();
     const int descriptor = folder.value().number();
-    const auto stream = reader->beginReading(descriptor);
+    const auto stream = reader.beginReading(descriptor);
     if (!stream) return stream.error();
     OwnFiles ownFiles = OwnFiles::none;
     walking::Entry entry;
-    while (reader->read(descriptor, stream.value().get())) {
-        while (reader->next(entry)) {
-            const EntryKind kind = kindOf(*reader, descriptor, entry);
+    while (reader.read(descriptor, stream.value().get())) {
+        while (reader.next(entry)) {
+            const EntryKind kind = kindOf(reader, descriptor, entry);
             if (kind == EntryKind::folder) foundFolder(entry.name);
             if (kind == EntryKind::other) ownFiles = OwnFiles::some;
         }

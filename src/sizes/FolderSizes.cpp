@@ -40,8 +40,9 @@ private:
 };
 
 std::error_code SizesQuestion::ask(const std::string& folder) {
+    const auto reader = services_.pool.makeReader();
     const auto ownFiles =
-        readFolder(folder, [&](const std::string& name) { askFor(paths::appending(folder, name)); });
+        readFolder(*reader, folder, [&](const std::string& name) { askFor(paths::appending(folder, name)); });
     if (!ownFiles) return ownFiles.error();
     if (ownFiles.value() == OwnFiles::some) askForOwnFiles(folder);
     return {};

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "posix/CoarseClock.h"
+#include "posix/DirectoryReaders.h"
 #include "posix/StandardDescriptors.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/FolderSizes.h"
@@ -90,7 +91,7 @@ private:
     const Interruption interruption_ = Interruption::install();
     CommandLineQueue queue_{interruption_.descriptor()};
     const CoarseClock clock_;
-    WalkPool pool_{clock_};
+    WalkPool pool_{clock_, {.makeReader = makeNativeReader, .descriptorBudget = descriptorBudgetOfWalks()}};
     const std::shared_ptr<VantrelEngine> engine_ = VantrelEngine::make({pool_, queue_, clock_});
 };
 

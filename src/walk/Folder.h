@@ -5,8 +5,8 @@
 #include <memory>
 #include <string_view>
 
-#include "walk/DirectoryReader.h"
-#include "walk/PosixCalls.h"
+#include "base/FileIdentity.h"
+#include "platform/DirectoryReader.h"
 
 namespace vantrel::walking {
 
@@ -84,7 +84,7 @@ public:
     bool giveUp();
 
     /// Of a folder whose descriptor was given up.
-    const Identity& identity() const { return identity_; }
+    const FileIdentity& identity() const { return identity_; }
 
 private:
     Folder(RunningWalk& walk, Folder* parent) : walk_(walk), parent_(parent) {}
@@ -106,7 +106,7 @@ private:
     FileDescriptor descriptor_;
     std::unique_ptr<DirectoryStream> stream_;
     DescriptorBudget* keptWithin_ = nullptr;
-    Identity identity_;
+    FileIdentity identity_;
     // The name and a zero byte follow.
 };
 

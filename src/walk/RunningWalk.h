@@ -6,8 +6,8 @@
 #include <string>
 
 #include "platform/Clock.h"
+#include "platform/DirectoryReader.h"
 #include "walk/CheckedSum.h"
-#include "walk/DirectoryReader.h"
 #include "walk/Walk.h"
 #include "walk/WalkPool.h"
 

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "platform/Clock.h"
-#include "walk/DirectoryReader.h"
+#include "platform/DirectoryReader.h"
 #include "walk/Walk.h"
 
 namespace vantrel {
@@ -32,27 +32,18 @@ public:
     using ReaderFactory = std::function<std::unique_ptr<walking::DirectoryReader>()>;
 
     struct Options {
+        ReaderFactory makeReader;  ///< called once for each thread, and once more
+        int descriptorBudget;      ///< beside some three per thread
         unsigned threads = recommendedThreads();
-        int descriptorBudget = recommendedDescriptorBudget();  ///< beside some three per thread
-        ReaderFactory makeReader = nativeReader;               ///< called once for each thread, and once more
     };
 
     /// More threads than processors, because threads wait for disks.
     static unsigned recommendedThreads();
 
-    /// Half of what the system allows the process, and not more than some thousand.
-    static int recommendedDescriptorBudget();
-
-    /// The reader made for this system, and the one that needs POSIX only: the same results, as far as the
-    /// system tells the latter where something is mounted.
-    static std::unique_ptr<walking::DirectoryReader> nativeReader();
-    static std::unique_ptr<walking::DirectoryReader> portableReader();
-
     /// Threads start when there is work for them. Those that the system refuses are asked for again later,
     /// and the others do their work meanwhile; only when there is none do walks wait for `catchUp`. `clock`
     /// must outlive the pool. A relative root starts at the program's working folder, which should not change
     /// while the pool lives.
-    explicit WalkPool(const Clock& clock);
     WalkPool(const Clock& clock, const Options& options);
 
     /// Cancels all walks, without calling their observers, and waits for the threads, be it for a system call
@@ -67,7 +58,11 @@ public:
 
     bool catchUp(Seconds lent) override;
 
+    /// A reader of the kind that the threads use.
+    std::unique_ptr<walking::DirectoryReader> makeReader() const { return makeReader_(); }
+
 private:
+    ReaderFactory makeReader_;
     std::unique_ptr<walking::WalkScheduler> scheduler_;
 };
 

@@ -1,11 +1,9 @@
 #include "walk/WalkScheduler.h"
 
-#include <pthread.h>
-#include <signal.h>
-
 #include <system_error>
 
 #include "base/Precondition.h"
+#include "base/SignalsBlocked.h"
 #include "walk/WalkWorker.h"
 
 namespace vantrel::walking {
@@ -26,20 +24,6 @@ void relaxProcessor() {
     asm volatile("yield");
 #endif
 }
-
-// Signals are for the program's own threads. Threads started during its life inherit the empty mask.
-class SignalsBlocked {
-public:
-    SignalsBlocked() {
-        sigset_t all;
-        ::sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &former_);
-    }
-    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
-
-private:
-    sigset_t former_;
-};
 
 }  // namespace
 

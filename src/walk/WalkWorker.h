@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "walk/DirectoryReader.h"
+#include "platform/DirectoryReader.h"
 #include "walk/FolderQueue.h"
 #include "walk/WalkScheduler.h"
 

@@ -130,8 +130,8 @@ TEST_F(HostileNames, areCopiedMovedAndTrashedAsThemselves) {
 
 TEST_F(HostileNames, areWalked) {
     const test::ManualClock clock;
-    for (const WalkPool::ReaderFactory reader : {&WalkPool::nativeReader, &WalkPool::portableReader}) {
-        WalkPool pool(clock, {.makeReader = reader});
+    for (const WalkPool::ReaderFactory reader : {&makeNativeReader, &makePortableReader}) {
+        WalkPool pool(clock, {.makeReader = reader, .descriptorBudget = 100});
         const auto end = test::submit(pool, folder.path()).record->waitForEnd();
         ASSERT_TRUE(end);
         EXPECT_EQ(end->totals.items, static_cast<std::int64_t>(names.size() - (names.size() + 2) / 3));

@@ -14,6 +14,7 @@
 #include "posix/SystemClock.h"
 #include "support/ManualMainQueue.h"
 #include "support/ManualWalkQueue.h"
+#include "support/NativeWalks.h"
 #include "support/TemporaryFolder.h"
 #include "walk/WalkPool.h"
 
@@ -37,7 +38,7 @@ protected:
     test::TemporaryFolder folder;
     SystemClock clock;
     test::ManualMainQueue mainQueue;
-    WalkPool pool{clock};
+    WalkPool pool{clock, test::nativeWalks()};
     std::shared_ptr<VantrelEngine> engine = VantrelEngine::make({pool, mainQueue, clock});
 };
 

@@ -7,6 +7,7 @@
 
 #include "sizes/FolderContents.h"
 #include "support/ManualClock.h"
+#include "support/NativeWalks.h"
 #include "support/TemporaryFolder.h"
 #include "walk/WalkPool.h"
 
@@ -20,7 +21,8 @@ TEST(FolderContents, namesSubfoldersButNoLinks) {
     folder.makeFile("file");
     folder.makeLink("link", ".hidden");
     std::vector<std::string> names;
-    const auto ownFiles = readFolder(folder.path(), [&](const std::string& name) { names.push_back(name); });
+    const auto ownFiles = readFolder(*makeNativeReader(), folder.path(),
+                                     [&](const std::string& name) { names.push_back(name); });
     std::sort(names.begin(), names.end());
     EXPECT_EQ(names, (std::vector<std::string>{".hidden", "b\xFF"}));
     ASSERT_TRUE(ownFiles);
@@ -31,14 +33,14 @@ TEST(FolderContents, saysWhenThereIsNothingToMeasure) {
     const test::TemporaryFolder folder;
     folder.makeFolder("a");
     folder.makeLink("link", "a");
-    const auto ownFiles = readFolder(folder.path(), [](const std::string&) {});
+    const auto ownFiles = readFolder(*makeNativeReader(), folder.path(), [](const std::string&) {});
     ASSERT_TRUE(ownFiles);
     EXPECT_EQ(ownFiles.value(), OwnFiles::none);
 }
 
 TEST(FolderContents, saysWhyAFolderCannotBeRead) {
     const test::TemporaryFolder folder;
-    const auto ownFiles = readFolder(folder.path("nothing"), [](const std::string&) {});
+    const auto ownFiles = readFolder(*makeNativeReader(), folder.path("nothing"), [](const std::string&) {});
     EXPECT_EQ(ownFiles.error(), std::errc::no_such_file_or_directory);
 }
 
@@ -59,7 +61,7 @@ protected:
     int interruption[2];
     test::ManualClock clock;
     std::optional<CommandLineQueue> queue;
-    WalkPool pool{clock};
+    WalkPool pool{clock, test::nativeWalks()};
     std::shared_ptr<VantrelEngine> engine;
     test::TemporaryFolder folder;
 };

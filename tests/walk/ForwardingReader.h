@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "walk/DirectoryReader.h"
+#include "platform/DirectoryReader.h"
 #include "walk/WalkPool.h"
 
 namespace vantrel::test {

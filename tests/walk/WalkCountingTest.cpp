@@ -4,9 +4,9 @@
 
 #include <fstream>
 
+#include "posix/ReaderCalls.h"
 #include "walk/CheckedSum.h"
 #include "walk/ForwardingReader.h"
-#include "walk/PosixCalls.h"
 #include "walk/WalkFixture.h"
 
 namespace vantrel::test {

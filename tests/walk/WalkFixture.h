@@ -8,9 +8,11 @@
 #include <string>
 
 #include "platform/Clock.h"
+#include "platform/DirectoryReader.h"
+#include "posix/DirectoryReaders.h"
 #include "support/ManualClock.h"
+#include "support/NativeWalks.h"
 #include "support/TemporaryFolder.h"
-#include "walk/DirectoryReader.h"
 #include "walk/RecordingObserver.h"
 #include "walk/WalkPool.h"
 
@@ -49,7 +51,7 @@ inline std::int64_t allocatedBytes(const std::string& path) {
 class EveryReader : public testing::TestWithParam<WalkPool::ReaderFactory> {
 protected:
     WalkPool::Options options() const {
-        WalkPool::Options options;
+        WalkPool::Options options = nativeWalks();
         options.threads = 4;
         options.makeReader = GetParam();
         return options;
@@ -74,9 +76,8 @@ inline WalkRecord::End finished(std::int64_t bytes, std::int64_t items) {
 }
 
 /// Instantiates a suite derived from EveryReader.
-#define VANTREL_FOR_EVERY_READER(suite)                                                           \
-    INSTANTIATE_TEST_SUITE_P(Readers, suite,                                                      \
-                             testing::Values(&WalkPool::nativeReader, &WalkPool::portableReader), \
+#define VANTREL_FOR_EVERY_READER(suite)                                                               \
+    INSTANTIATE_TEST_SUITE_P(Readers, suite, testing::Values(&makeNativeReader, &makePortableReader), \
                              [](const auto& tested) { return tested.index == 0 ? "native" : "portable"; })
 
 }  // namespace vantrel::test

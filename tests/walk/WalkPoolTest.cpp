@@ -323,7 +323,7 @@ TEST(WalkPoolOptions, leaveHalfOfTheDescriptorsToOthers) {
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &former), 0);
     const rlimit lowered{1024, former.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &lowered), 0);
-    EXPECT_EQ(WalkPool::recommendedDescriptorBudget(), 512);
+    EXPECT_EQ(descriptorBudgetOfWalks(), 512);
     ::setrlimit(RLIMIT_NOFILE, &former);
 }
 

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <limits>
 
+#include "posix/ReaderCalls.h"
 #include "posix/files/PosixFileManager.h"
 #include "support/PanelFixture.h"
 #include "support/RecordingCanvas.h"
 #include "walk/ForwardingReader.h"
-#include "walk/PosixCalls.h"
 #include "walk/WalkFixture.h"
 
 // The sum is checked: only a total that no 64 bits can hold stops the program.

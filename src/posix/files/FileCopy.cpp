@@ -118,7 +118,7 @@ struct LeafCopy {
             }));
         };
         FileDescriptor file = once();
-        if (file || !isShortOfDescriptors(lastError())) return file;
+        if (file || !isDescriptorShortage(lastError())) return file;
         if (const std::error_code error = task.written.giveUpDescriptors()) {
             errno = error.value();
             return {};

@@ -30,7 +30,7 @@ std::error_code FolderStack::enter(const std::string& name) {
             calls_("openat", [&] { return ::openat(current(), name.c_str(), folderFlags); }));
     };
     level.folder = open();
-    if (!level.folder && isShortOfDescriptors(lastError()) && closeOuterFolders()) level.folder = open();
+    if (!level.folder && isDescriptorShortage(lastError()) && closeOuterFolders()) level.folder = open();
     if (!level.folder) return lastError();
     if (calls_("fstat", [&] { return ::fstat(level.folder.number(), &level.status); }) != 0)
         return lastError();
@@ -54,7 +54,7 @@ std::error_code FolderStack::leave() {
 
 Result<std::vector<std::string>> FolderStack::names() {
     Result<std::vector<std::string>> names = namesIn(calls_, current());
-    if (!names && isShortOfDescriptors(names.error()) && closeOuterFolders())
+    if (!names && isDescriptorShortage(names.error()) && closeOuterFolders())
         return namesIn(calls_, current());
     return names;
 }

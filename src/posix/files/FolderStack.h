@@ -50,9 +50,4 @@ private:
 /// Names of the entries of an open folder, without "." and "..".
 Result<std::vector<std::string>> namesIn(const SystemCalls& calls, int folder);
 
-/// Whether the process has no descriptor left.
-inline bool isShortOfDescriptors(const std::error_code& error) {
-    return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
-}
-
 }  // namespace vantrel

@@ -121,7 +121,7 @@ TEST(LargeFolder, isListedSortedDrawnAndCounted) {
     EXPECT_TRUE(canvas.hasText("  file 0"));
 
     const test::ManualClock clock;
-    WalkPool pool(clock);
+    WalkPool pool(clock, test::nativeWalks());
     const auto end = test::submit(pool, place.path()).record->waitForEnd();
     EXPECT_EQ(end, test::finished(0, count));
     RecordProperty("cases", count);

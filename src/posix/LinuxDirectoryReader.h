@@ -2,7 +2,7 @@
 
 #ifdef __linux__
 
-#include "walk/DirectoryReader.h"
+#include "platform/DirectoryReader.h"
 
 namespace vantrel::walking {
 

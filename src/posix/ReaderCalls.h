@@ -3,25 +3,12 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-#include <optional>
 #include <string>
 
-#include "walk/DirectoryReader.h"
+#include "platform/DirectoryReader.h"
 
 /// What both directory readers share: POSIX.1-2017 system calls, wrapped once.
 namespace vantrel::walking {
-
-/// Which folder a descriptor stands for, whatever its path is by now.
-struct Identity {
-    dev_t device = 0;
-    ino_t inode = 0;
-    bool operator==(const Identity&) const = default;
-};
-
-std::optional<Identity> identify(int descriptor);
-
-/// EMFILE or ENFILE: no descriptor is free in this process or on this system.
-bool isDescriptorShortage(const std::error_code& error);
 
 /// The folder `name` in `parent`, opened with `flags` but through no link; EXDEV if something is mounted
 /// there. Where the system tells mount points (statx(2) on Linux 5.8), no mount is entered and no automount

@@ -1,4 +1,4 @@
-#include "walk/LinuxDirectoryReader.h"
+#include "posix/LinuxDirectoryReader.h"
 
 #ifdef __linux__
 
@@ -16,7 +16,7 @@
 
 #include "base/PathLocation.h"
 #include "base/SystemCall.h"
-#include "walk/PosixCalls.h"
+#include "posix/ReaderCalls.h"
 
 namespace vantrel::walking {
 

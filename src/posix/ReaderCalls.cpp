@@ -1,25 +1,14 @@
-#include "walk/PosixCalls.h"
+#include "posix/ReaderCalls.h"
 
 #include <fcntl.h>
 
 #include <algorithm>
 #include <cerrno>
 
+#include "base/FileIdentity.h"
 #include "base/SystemCall.h"
 
 namespace vantrel::walking {
-
-std::optional<Identity> identify(int descriptor) {
-    struct stat status;
-    if (uninterrupted([&] { return ::fstat(descriptor, &status); }) != 0) return std::nullopt;
-    return Identity{status.st_dev, status.st_ino};
-}
-
-bool isDescriptorShortage(const std::error_code& error) {
-    // Asked about every folder, so that success has to be told without comparing categories.
-    return error &&
-           (error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system);
-}
 
 namespace {
 

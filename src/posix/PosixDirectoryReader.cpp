@@ -1,4 +1,4 @@
-#include "walk/PosixDirectoryReader.h"
+#include "posix/PosixDirectoryReader.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -8,7 +8,7 @@
 
 #include "base/PathLocation.h"
 #include "base/SystemCall.h"
-#include "walk/PosixCalls.h"
+#include "posix/ReaderCalls.h"
 
 namespace vantrel::walking {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "walk/DirectoryReader.h"
+#include "platform/DirectoryReader.h"
 
 namespace vantrel::walking {
 

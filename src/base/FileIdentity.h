@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+namespace vantrel {
+
+/// Which file or folder a descriptor stands for, whatever its path is by now. Any thread.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    bool operator==(const FileIdentity&) const = default;
+};
+
+/// Nothing when the system does not tell, with the reason in errno.
+std::optional<FileIdentity> identify(int descriptor);
+
+}  // namespace vantrel
