@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "BenchmarkTree.h"
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "posix/CoarseClock.h"
 #include "posix/DirectoryReaders.h"
 #include "walk/WalkPool.h"

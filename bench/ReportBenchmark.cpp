@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "panel/OvPanelView.h"
 #include "posix/CoarseClock.h"
 #include "posix/DirectoryReaders.h"

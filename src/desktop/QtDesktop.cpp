@@ -1,7 +1,7 @@
 #include "desktop/QtDesktop.h"
 
 #include "freedesktop/SilentBus.h"
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "posix/CoarseClock.h"
 #include "posix/DirectoryReaders.h"
 #include "posix/SystemClock.h"

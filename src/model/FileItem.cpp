@@ -4,7 +4,7 @@
 
 #include "base/Paths.h"
 #include "base/Precondition.h"
-#include "model/HumanReadableBytes.h"
+#include "model/engine/HumanReadableBytes.h"
 #include "text/Text.h"
 
 namespace vantrel {

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "theme/OvPalette.h"
 
 namespace vantrel {

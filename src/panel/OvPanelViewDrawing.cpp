@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "panel/PanelGeometry.h"
 #include "text/Text.h"
 #include "theme/OvPalette.h"

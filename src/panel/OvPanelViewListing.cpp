@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/Paths.h"
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "platform/FileManager.h"
 #include "platform/StandardOutput.h"
 

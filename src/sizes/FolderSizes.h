@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/Result.h"
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "sizes/CommandLineQueue.h"
 #include "sizes/SizesTable.h"
 #include "walk/WalkPool.h"

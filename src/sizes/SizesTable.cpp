@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "model/HumanReadableBytes.h"
+#include "model/engine/HumanReadableBytes.h"
 #include "sizes/TerminalText.h"
 
 namespace vantrel::sizes {

@@ -16,7 +16,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "platform/Clock.h"
 #include "posix/StandardDescriptors.h"
 #include "snapshot/SnapshotOptions.h"

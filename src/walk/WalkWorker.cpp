@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "base/SystemCall.h"
 #include "walk/RunningWalk.h"
 
 namespace vantrel::walking {

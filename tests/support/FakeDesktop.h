@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "platform/Application.h"
 #include "platform/Desktop.h"
 #include "platform/PreviewPanel.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "commander/OvCommanderView.h"
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 #include "support/FakeDesktop.h"
 
 namespace vantrel::fuzz {

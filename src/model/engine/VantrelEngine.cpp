@@ -1,4 +1,4 @@
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 
 #include <utility>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "model/HumanReadableBytes.h"
+#include "model/engine/HumanReadableBytes.h"
 
 #include <array>
 #include <charconv>

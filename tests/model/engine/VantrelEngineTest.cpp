@@ -1,4 +1,4 @@
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "model/EngineReports.h"
+#include "model/engine/EngineReports.h"
 #include "support/FakeFileManager.h"
 #include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"

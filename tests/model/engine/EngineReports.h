@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "model/VantrelEngine.h"
+#include "model/engine/VantrelEngine.h"
 
 namespace vantrel::test {
 

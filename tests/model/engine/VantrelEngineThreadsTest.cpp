@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "model/EngineReports.h"
-#include "model/VantrelEngine.h"
+#include "model/engine/EngineReports.h"
+#include "model/engine/VantrelEngine.h"
 #include "posix/SystemClock.h"
 #include "support/ManualMainQueue.h"
 #include "support/ManualWalkQueue.h"
