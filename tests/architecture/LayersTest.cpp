@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -19,6 +21,10 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path sourceRoot = fs::path(VANTREL_SOURCE_DIR) / "src";
+
+/// What decides how the program behaves, on any system.
+const std::set<std::string> coreFolders = {"platform", "text",  "walk",   "model/engine", "model",
+                                           "theme",    "panel", "dialog", "commander",    "app"};
 
 struct Layer {
     std::string place;  // a folder of src/, or one file with rules of its own
@@ -117,6 +123,94 @@ TEST(Layers, onlyTheDesktopFoldersAndTheProgramsEntriesKnowTheToolkit) {
                 << file << " includes " << include;
         }
     }
+}
+
+/// All that a program gets to link by the table, `place` itself included.
+std::set<std::string> reachableFrom(const std::string& place) {
+    std::set<std::string> reached;
+    std::vector<std::string> open{place};
+    while (!open.empty()) {
+        const std::string next = open.back();
+        open.pop_back();
+        if (!reached.insert(next).second) continue;
+        for (const Layer& layer : readLayers()) {
+            if (layer.place == next)
+                open.insert(open.end(), layer.neighbours.begin(), layer.neighbours.end());
+        }
+    }
+    return reached;
+}
+
+TEST(Layers, theSizesAloneLinkNoLanguageRules) {
+    const std::set<std::string> sizes = reachableFrom("sizes/main.cpp");
+    EXPECT_TRUE(sizes.contains("model/engine"));
+    EXPECT_FALSE(sizes.contains("text")) << "and with it ICU";
+}
+
+TEST(Layers, coreFoldersKnowNoSystem) {
+    for (const std::string& file : sourceFiles()) {
+        if (!coreFolders.contains(folderOf(file)) || file == "app/main.cpp") continue;
+        for (const std::string& include : includesOf(file).system) {
+            const bool isOfTheLanguage = include.find_first_of("/.") == std::string::npos;
+            EXPECT_TRUE(isOfTheLanguage || include.starts_with("unicode/"))
+                << file << " includes " << include;
+        }
+    }
+}
+
+std::size_t linesOf(const std::string& file) {
+    std::ifstream stream(sourceRoot / file);
+    return static_cast<std::size_t>(
+        std::count(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>(), '\n'));
+}
+
+TEST(Layers, noFolderHoldsMoreThanAQuarterOfTheLines) {
+    std::map<std::string, std::size_t> linesByFolder;
+    std::size_t all = 0;
+    for (const std::string& file : sourceFiles()) {
+        const std::size_t lines = linesOf(file);
+        linesByFolder[folderOf(file)] += lines;
+        all += lines;
+    }
+    for (const auto& [folder, lines] : linesByFolder) EXPECT_LE(4 * lines, all) << folder;
+}
+
+/// Where each folder stands in the picture of docs/architecture.md: the number of its line. Words beside the
+/// picture explain it and are not looked at.
+std::map<std::string, std::size_t> foldersInThePicture() {
+    constexpr std::size_t widthOfThePicture = 52;
+    std::ifstream page(fs::path(VANTREL_SOURCE_DIR) / "docs" / "architecture.md");
+    std::map<std::string, std::size_t> found;
+    bool isInside = false;
+    std::size_t number = 0;
+    for (std::string line; std::getline(page, line); ++number) {
+        if (line.starts_with("```")) {
+            if (isInside) break;
+            isInside = true;
+            continue;
+        }
+        if (!isInside) continue;
+        std::istringstream words(line.substr(0, widthOfThePicture));
+        for (std::string word; words >> word;) {
+            if (std::isalpha(static_cast<unsigned char>(word.front())) != 0) found.emplace(word, number);
+        }
+    }
+    return found;
+}
+
+TEST(Layers, standInThePictureAsInTheTable) {
+    const std::map<std::string, std::size_t> picture = foldersInThePicture();
+    std::set<std::string> table;
+    for (const Layer& layer : readLayers()) {
+        table.insert(layer.place);
+        ASSERT_TRUE(picture.contains(layer.place)) << layer.place << " is missing";
+        for (const std::string& neighbour : layer.neighbours) {
+            ASSERT_TRUE(picture.contains(neighbour)) << neighbour << " is missing";
+            EXPECT_LT(picture.at(layer.place), picture.at(neighbour))
+                << layer.place << " has to stand above " << neighbour;
+        }
+    }
+    for (const auto& [name, line] : picture) EXPECT_TRUE(table.contains(name)) << name << " is no folder";
 }
 
 TEST(Layers, onlyTheTextFolderKnowsIcu) {
