@@ -18,12 +18,13 @@ packages_to_test=(
     lintian appstream desktop-file-utils shared-mime-info libglib2.0-bin
     at-spi2-core gir1.2-atspi-2.0 python3-gi
     qt6-wayland sway grim wtype i3-wm
+    git clang-format-14 clang-tidy-14 shellcheck
 )
 
 # For ./test --long, tools/tidy among it, besides those.
 packages_for_long_tests=(
-    clang libclang-rt-14-dev bubblewrap clang-tidy-14
-    e2fsprogs xfsprogs btrfs-progs git
+    clang libclang-rt-14-dev bubblewrap
+    e2fsprogs xfsprogs btrfs-progs
 )
 
 # For tools/pictures, besides those.
