@@ -29,6 +29,25 @@ function(vantrel_neighbours folder result)
   set(${result} "${targets}" PARENT_SCOPE)
 endfunction()
 
+# Every header has to compile when it is included first. Those of a .cpp are, since it includes its own before any
+# other (which a test sees to); this compiles the others, one by one, whenever tests are built.
+function(vantrel_headers_alone folder target)
+  file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
+  set(alone "")
+  foreach(header IN LISTS headers)
+    string(REGEX REPLACE "\\.h$" ".cpp" source ${header})
+    if(NOT EXISTS ${PROJECT_SOURCE_DIR}/src/${source})
+      set(unit ${PROJECT_BINARY_DIR}/headers/${source})
+      file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${header}\"\n")
+      list(APPEND alone ${unit})
+    endif()
+  endforeach()
+  if(alone AND BUILD_TESTING)
+    add_library(${target}_headers OBJECT ${alone})
+    target_link_libraries(${target}_headers PRIVATE ${target})
+  endif()
+endfunction()
+
 # The library of src/<folder>: every .cpp directly in it but main.cpp; headers alone make an interface library.
 function(vantrel_layer folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
@@ -44,6 +63,7 @@ function(vantrel_layer folder)
     set(access INTERFACE)
   endif()
   target_include_directories(${target} ${access} ${PROJECT_SOURCE_DIR}/src)
+  vantrel_headers_alone(${folder} ${target})
   target_link_libraries(${target} ${access} vantrel::options ${neighbours})
 endfunction()
 

@@ -1,7 +1,7 @@
 # Compiler and linker options shared by every target: vantrel::options.
 add_library(vantrel_options INTERFACE)
 add_library(vantrel::options ALIAS vantrel_options)
-target_compile_options(vantrel_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+target_compile_options(vantrel_options INTERFACE -Wall -Wextra -Wpedantic)
 target_link_libraries(vantrel_options INTERFACE Threads::Threads)
 # Bounds of containers are checked in release builds as well: a programming error stops the program.
 target_compile_definitions(vantrel_options INTERFACE _GLIBCXX_ASSERTIONS)
