@@ -20,7 +20,7 @@ constexpr const char* help =
     "  --help     show this text and leave\n"
     "  --version  show the version and leave\n";
 
-/// Answers the exit status.
+/// Returns the exit status.
 int print(const char* text) {
     std::fputs(text, stdout);
     return vantrel::deliverStandardOutput("vantrel") ? 0 : 1;

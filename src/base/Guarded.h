@@ -5,8 +5,8 @@
 
 namespace vantrel {
 
-/// Data that can only be reached with its lock held. The lock is not re-entrant: the function that `with`
-/// runs must neither call back nor take it again.
+/// Data that can only be reached with its lock held, so that any thread may use it. The lock is not
+/// re-entrant: the function that `with` runs must neither call back nor take it again.
 template <class T>
 class Guarded {
 public:

@@ -6,6 +6,8 @@
 
 namespace vantrel {
 
+// Owning pointers to what GLib counts or allocates. As safe for threads as what they point to.
+
 struct ReleaseObject {
     void operator()(void* object) const { g_object_unref(object); }
 };

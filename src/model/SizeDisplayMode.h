@@ -4,7 +4,7 @@
 
 namespace vantrel {
 
-/// How sizes are written: with a binary unit letter, or as the exact count of bytes.
+/// A value; any thread. How sizes are written: with a binary unit letter, or as the exact count of bytes.
 enum class SizeDisplayMode : std::uint8_t { humanReadable, rawBytes };
 
 constexpr void toggle(SizeDisplayMode& mode) {

@@ -8,6 +8,7 @@
 
 namespace vantrel {
 
+/// What a panel is sorted by. Values and pure functions; any thread.
 enum class SortField : std::uint8_t { name, size, date, ext };
 
 /// All fields, in the order in which they are offered.

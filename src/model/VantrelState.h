@@ -38,7 +38,8 @@ struct Parent {
 
 }  // namespace state
 
-/// What is known of a folder's recursive size. Two states are equal when their cases and figures are.
+/// What is known of a folder's recursive size. A value; any thread. Two states are equal when their cases and
+/// figures are.
 using VantrelState =
     std::variant<state::Calculating, state::Calculated, state::Error, state::NotCalculated, state::Parent>;
 

@@ -3,7 +3,7 @@
 namespace vantrel {
 
 /// A colour in the sRGB space, its components fractions from 0 to 1. They are kept as they were written;
-/// rounding to the surface's pixel format is the canvas's business.
+/// rounding to the surface's pixel format is the canvas's business. A value; any thread.
 struct Color {
     double red = 0;
     double green = 0;

@@ -13,7 +13,8 @@ class TextFieldFactory;
 class TimerFactory;
 class Workspace;
 
-/// All ports in one hand, as the program's entry plugged them in. Borrowed: they outlive every view.
+/// All ports in one hand, as the program's entry plugged them in. Borrowed: they outlive every view. Each
+/// says who may call it; most are for the main thread only.
 struct Desktop {
     Application& application;
     FileManager& files;

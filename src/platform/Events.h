@@ -7,6 +7,8 @@
 
 namespace vantrel {
 
+/// What reaches views, on the main thread: plain values that own their text.
+
 /// Keys that the program tells apart by position or function; every other key is `character`.
 /// The desktop maps its key codes onto these.
 enum class Key : std::uint8_t {

@@ -2,6 +2,8 @@
 
 namespace vantrel {
 
+// Values; any thread.
+
 /// A place in points (device-independent pixels); y grows downwards.
 struct Point {
     double x = 0;

@@ -6,7 +6,7 @@
 
 namespace vantrel {
 
-/// One line of a menu. A separator has no title.
+/// One line of a menu, UTF-8. A separator has no title. `action` is called on the main thread.
 struct MenuItem {
     std::string title;
     std::function<void()> action;

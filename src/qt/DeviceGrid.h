@@ -9,7 +9,7 @@
 namespace vantrel {
 
 /// Places areas and lines on whole device pixels. Comes from the transform between points and device pixels,
-/// which may scale and move but not turn. Results are in device pixels.
+/// which may scale and move but not turn. Results are in device pixels. A value; any thread.
 class DeviceGrid {
 public:
     explicit DeviceGrid(const QTransform& toDevice) : toDevice_(toDevice), toPoints_(toDevice.inverted()) {}

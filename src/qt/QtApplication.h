@@ -13,7 +13,8 @@
 namespace vantrel {
 
 /// The connection to the desktop; there is one for the life of the process, made before everything else of
-/// Qt. Without a display it prints one line on standard error and ends the process with status 1.
+/// Qt, on the main thread, which alone may use it. Without a display it prints one line on standard error and
+/// ends the process with status 1.
 class QtApplication final : public Application {
 public:
     /// `programName` is argv[0]; no other argument reaches Qt.

@@ -13,7 +13,8 @@ namespace vantrel {
 QColor qtColor(const Color& color);
 
 /// Paints on a QPainter of any device pixel ratio. Areas and lines cover whole device pixels, text stands on
-/// a whole device pixel. The painter and the faces are borrowed; the painter comes back as it was.
+/// a whole device pixel. The painter and the faces are borrowed; the painter comes back as it was. For the
+/// thread that paints.
 class QtCanvas final : public Canvas {
 public:
     QtCanvas(QPainter& painter, QtFaces& faces);

@@ -8,7 +8,7 @@
 namespace vantrel {
 
 /// The fonts that are really installed. The system's font matching is never asked to find a replacement,
-/// since it may answer with a proportional face.
+/// since it may answer with a proportional face. Main thread only.
 class QtFontCatalog final : public FontCatalog {
 public:
     using IsInstalled = std::function<bool(const QString& family)>;

@@ -7,8 +7,10 @@
 
 namespace vantrel {
 
-/// The program's key event for Qt's, by itself; see also `pressedKey`. What
-/// a key types without modifiers follows Shift alone, also while Control is held, when Qt's own text is a
+// Main thread only.
+
+/// The program's key event for Qt's, by itself; see also `pressedKey`. What a key types without modifiers
+/// follows Shift alone, also while Control is held, when Qt's own text is a
 /// control character. Keys pressed with the Super key type nothing: they belong to the desktop.
 KeyEvent keyEventFrom(const QKeyEvent& event);
 

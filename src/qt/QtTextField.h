@@ -5,7 +5,8 @@
 
 namespace vantrel {
 
-/// Line edits on top of the content of the application's window. The application is borrowed.
+/// Line edits on top of the content of the application's window. The application is borrowed. Main thread
+/// only.
 class QtTextFieldFactory final : public TextFieldFactory {
 public:
     explicit QtTextFieldFactory(const QtApplication& application) : application_(application) {}

@@ -13,7 +13,7 @@
 namespace vantrel {
 
 /// A native window around a QtContentWidget. Its sizes are the content's: the window's frame and a menu bar
-/// come on top. On a screen where that does not fit it opens smaller, see `placeContent`.
+/// come on top. On a screen where that does not fit it opens smaller, see `placeContent`. Main thread only.
 class QtWindow final : public QMainWindow, public Window {
 public:
     explicit QtWindow(const WindowOptions& options);

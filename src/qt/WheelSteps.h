@@ -2,7 +2,8 @@
 
 namespace vantrel {
 
-/// Turns the fine movements of wheels and touchpads into whole notches.
+/// Turns the fine movements of wheels and touchpads into whole notches. One for each wheel's widget, on the
+/// main thread.
 class WheelSteps {
 public:
     /// Takes a movement in eighths of a degree, positive away from the user; answers with the number of

@@ -13,7 +13,8 @@ namespace vantrel::sizes {
 enum class OwnFiles : std::uint8_t { none, some };
 
 /// Reads the first level of the folder at `path`, which may be a link, with `reader`: calls
-/// `foundFolder(name)` for each sub-folder, in the order of the directory.
+/// `foundFolder(name)` for each sub-folder, in the order of the directory. Any thread that has a
+/// reader of its own.
 Result<OwnFiles> readFolder(walking::DirectoryReader& reader, const std::string& path,
                             const std::function<void(const std::string& name)>& foundFolder);
 

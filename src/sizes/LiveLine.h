@@ -6,7 +6,7 @@ namespace vantrel::sizes {
 
 /// One line on the terminal that is written over and over while counting goes on, and removed at the end. It
 /// goes to standard error, so that standard output may be redirected; nothing is shown where that is no
-/// terminal.
+/// terminal. Main thread only.
 class LiveLine {
 public:
     LiveLine();

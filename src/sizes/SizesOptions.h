@@ -35,7 +35,7 @@ struct UsageError {
 
 using Request = std::variant<Options, HelpRequest, VersionRequest, UsageError>;
 
-/// `arguments` without the program's name. Options may stand anywhere before "--".
+/// `arguments` without the program's name. Options may stand anywhere before "--". Pure; any thread.
 Request parseArguments(const std::vector<std::string>& arguments);
 
 }  // namespace vantrel::sizes

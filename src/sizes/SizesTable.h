@@ -8,6 +8,8 @@
 
 namespace vantrel::sizes {
 
+// Values and pure functions; any thread.
+
 /// One line of the output.
 struct Row {
     std::string path;  ///< raw bytes

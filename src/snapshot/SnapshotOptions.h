@@ -16,7 +16,7 @@ struct SnapshotOptions {
     std::vector<std::string> keys;     ///< pressed one after the other before the picture is taken
 };
 
-/// Reads a command line, the program's name first; nothing where it makes no sense.
+/// Reads a command line, the program's name first; nothing where it makes no sense. Pure; any thread.
 std::optional<SnapshotOptions> parseSnapshotOptions(const std::vector<std::string>& arguments);
 
 }  // namespace vantrel

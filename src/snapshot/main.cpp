@@ -39,7 +39,7 @@ constexpr const char* help =
 constexpr std::chrono::minutes patience{5};
 constexpr Seconds lentAtOnce{0.1};  // of this thread, where walks get none of their own
 
-/// Answers the exit status.
+/// Returns the exit status.
 int print(const std::string& text) {
     std::fputs(text.c_str(), stdout);
     return deliverStandardOutput("vantrel-snapshot") ? 0 : 1;

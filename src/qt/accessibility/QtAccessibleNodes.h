@@ -8,7 +8,8 @@
 
 namespace vantrel {
 
-/// What views and elements have in common. The tree is borrowed and outlives its interfaces.
+/// What views and elements have in common. The tree is borrowed and outlives its interfaces. Main
+/// thread only, as Qt's bridge to the bus is.
 class QtAccessibleNode : public QAccessibleInterface {
 public:
     QtAccessibleNode(QtAccessibleTree& tree, View& view) : tree_(tree), view_(view.weak_from_this()) {}
@@ -28,7 +29,7 @@ protected:
     /// False behind an open dialog, and once the program has been told to end.
     bool mayAct() const;
 
-    /// Never 0: who is no table does not give away the interfaces that come here.
+    /// Never 0: only what has columns offers Qt the table interface that divides by it.
     std::size_t columnsOfTable() const;
 
 private:

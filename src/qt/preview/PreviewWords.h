@@ -7,6 +7,7 @@
 #include "qt/preview/PreviewContent.h"
 
 /// What a preview says in words; numbers and dates are written as the user's LC_NUMERIC and LC_TIME want it.
+/// Must not run while another thread changes the environment.
 namespace vantrel::previewWords {
 
 /// "512 bytes", "1.5 MiB (1,572,864 bytes)"; a kibibyte (KiB) has 1024 bytes.
