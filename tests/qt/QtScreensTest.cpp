@@ -64,6 +64,8 @@ protected:
         }
         serveEvents();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+        // The window's system gives it its size in points back by an event of its own.
+        ASSERT_TRUE(QTest::qWaitFor([this] { return window.content().size() == QSize(304, 204); }));
         ASSERT_EQ(window.devicePixelRatioF(), ratio);
     }
 
