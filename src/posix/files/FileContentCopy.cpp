@@ -9,6 +9,8 @@
 #include <limits>
 #include <vector>
 
+#include "base/SystemCall.h"
+
 namespace vantrel {
 
 namespace {
@@ -27,8 +29,7 @@ bool meansOtherwise(const std::error_code& error) {
 
 class ContentCopy {
 public:
-    ContentCopy(const CopyTask& task, int from, int to)
-        : task_(task), calls_(task.calls), from_(from), to_(to) {}
+    ContentCopy(const CopyTask& task, int from, int to) : task_(task), from_(from), to_(to) {}
 
     std::error_code run(const struct stat& status) {
         if (sharesBlocks()) return {};
@@ -36,14 +37,13 @@ public:
         if (const std::error_code error = copyData(status)) return error;
         // Makes the hole at the end. Only where there is one: some file systems flush the file first.
         if (writtenEnd_ == end_) return {};
-        return calls_("ftruncate", [&] { return ::ftruncate(to_, end_); }) == 0 ? std::error_code()
-                                                                                : lastError();
+        return uninterrupted([&] { return ::ftruncate(to_, end_); }) == 0 ? std::error_code() : lastError();
     }
 
 private:
     bool sharesBlocks() const {
 #ifdef FICLONE
-        return calls_("ioctl", [&] { return ::ioctl(to_, FICLONE, from_); }) == 0;
+        return uninterrupted([&] { return ::ioctl(to_, FICLONE, from_); }) == 0;
 #else
         return false;
 #endif
@@ -53,13 +53,13 @@ private:
         end_ = status.st_size;
         for (off_t begin = 0; begin < end_;) {
             off_t stop = end_;
-            const off_t data = calls_("lseek", [&] { return ::lseek(from_, begin, SEEK_DATA); });
+            const off_t data = ::lseek(from_, begin, SEEK_DATA);
             // A file that takes room on the disk holds something: file systems have been wrong about this.
             const bool isBelievable = begin > 0 || status.st_blocks == 0;
             if (data == -1 && errno == ENXIO && isBelievable) return endAtHole();
             if (data != -1) {
                 begin = data;
-                const off_t hole = calls_("lseek", [&] { return ::lseek(from_, begin, SEEK_HOLE); });
+                const off_t hole = ::lseek(from_, begin, SEEK_HOLE);
                 if (hole != -1) stop = std::min(hole, end_);
             }
             if (const std::error_code error = copySegment(begin, stop)) return error;
@@ -70,7 +70,7 @@ private:
 
     /// What follows is a hole up to the end, which may have come closer meanwhile.
     std::error_code endAtHole() {
-        const off_t actualEnd = calls_("lseek", [&] { return ::lseek(from_, 0, SEEK_END); });
+        const off_t actualEnd = ::lseek(from_, 0, SEEK_END);
         if (actualEnd == -1) return lastError();
         end_ = std::min(end_, actualEnd);
         return {};
@@ -81,9 +81,7 @@ private:
         writtenEnd_ = end;
         if (end - handedToDisk_ >= writtenAtATime) {
             // Only begins; what goes wrong shows when the file is flushed.
-            calls_("sync_file_range", [&] {
-                return ::sync_file_range(to_, handedToDisk_, end - handedToDisk_, SYNC_FILE_RANGE_WRITE);
-            });
+            ::sync_file_range(to_, handedToDisk_, end - handedToDisk_, SYNC_FILE_RANGE_WRITE);
             handedToDisk_ = end;
         }
         return task_.goOn();
@@ -93,9 +91,8 @@ private:
         while (begin < stop && copiesInKernel_) {
             off_t fromOffset = begin, toOffset = begin;
             const auto size = std::min(largestKernelCopy, static_cast<std::size_t>(stop - begin));
-            const ssize_t copied = calls_("copy_file_range", [&] {
-                return ::copy_file_range(from_, &fromOffset, to_, &toOffset, size, 0);
-            });
+            const ssize_t copied =
+                uninterrupted([&] { return ::copy_file_range(from_, &fromOffset, to_, &toOffset, size, 0); });
             if (copied > 0) {
                 begin += copied;
                 if (const std::error_code error = pieceIsDone(begin)) return error;
@@ -113,7 +110,7 @@ private:
         while (begin < stop) {
             const auto wanted = static_cast<std::size_t>(std::min<off_t>(bufferSize, stop - begin));
             const ssize_t count =
-                calls_("pread", [&] { return ::pread(from_, buffer_.data(), wanted, begin); });
+                uninterrupted([&] { return ::pread(from_, buffer_.data(), wanted, begin); });
             if (count < 0) return lastError();
             if (count == 0) {
                 end_ = begin;
@@ -128,7 +125,7 @@ private:
 
     std::error_code write(std::size_t size, off_t offset) {
         for (std::size_t done = 0; done < size;) {
-            const ssize_t count = calls_("pwrite", [&] {
+            const ssize_t count = uninterrupted([&] {
                 return ::pwrite(to_, buffer_.data() + done, size - done, offset + static_cast<off_t>(done));
             });
             if (count < 0) return lastError();
@@ -138,7 +135,6 @@ private:
     }
 
     const CopyTask& task_;
-    const SystemCalls& calls_;
     int from_;
     int to_;
     off_t end_ = 0;           // where the copy ends

@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <system_error>
+
 #include "posix/files/Trees.h"
 
 namespace vantrel {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/SystemCall.h"
 #include "posix/files/FileContentCopy.h"
 #include "posix/files/FolderStack.h"
 #include "posix/files/ItemPlace.h"
@@ -59,11 +60,11 @@ constexpr std::size_t longestValue = 65536;  // the most that Linux allows, xatt
 
 /// Calls `take` with the name of each extended attribute of an open item that a copy keeps.
 template <class Take>
-std::error_code forEachAttribute(const SystemCalls& calls, int item, Take take) {
-    ssize_t size = calls("flistxattr", [&] { return ::flistxattr(item, nullptr, 0); });
+std::error_code forEachAttribute(int item, Take take) {
+    ssize_t size = uninterrupted([&] { return ::flistxattr(item, nullptr, 0); });
     if (size == 0) return {};
     std::vector<char> names(longestValue);
-    if (size > 0) size = calls("flistxattr", [&] { return ::flistxattr(item, names.data(), names.size()); });
+    if (size > 0) size = uninterrupted([&] { return ::flistxattr(item, names.data(), names.size()); });
     if (size < 0) return unlessUnsupported(lastError());
     const std::string_view all(names.data(), static_cast<std::size_t>(size));
     for (std::size_t begin = 0; begin < all.size();) {
@@ -75,21 +76,19 @@ std::error_code forEachAttribute(const SystemCalls& calls, int item, Take take) 
     return {};
 }
 
-std::error_code copyExtendedAttributes(const SystemCalls& calls, int from, int to) {
-    return forEachAttribute(calls, from, [&](const std::string& name) -> std::error_code {
+std::error_code copyExtendedAttributes(int from, int to) {
+    return forEachAttribute(from, [&](const std::string& name) -> std::error_code {
         std::vector<char> value(longestValue);
         const ssize_t size =
-            calls("fgetxattr", [&] { return ::fgetxattr(from, name.c_str(), value.data(), value.size()); });
+            uninterrupted([&] { return ::fgetxattr(from, name.c_str(), value.data(), value.size()); });
         if (size < 0) return unlessUnsupported(lastError());
-        return unlessUnsupported(outcome(calls("fsetxattr", [&] {
-            return ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(size), 0);
-        })));
+        return unlessUnsupported(outcome(uninterrupted(
+            [&] { return ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(size), 0); })));
     });
 }
 
 struct LeafCopy {
     const CopyTask& task;
-    const SystemCalls& calls;
     int folder;
     const std::string& name;
     const struct stat& status;
@@ -100,22 +99,21 @@ struct LeafCopy {
         const FileDescriptor from = open(folder, name, O_RDONLY | O_NONBLOCK | O_NOCTTY);
         if (!from) return lastError();
         struct stat opened {};
-        if (calls("fstat", [&] { return ::fstat(from.number(), &opened); }) != 0) return lastError();
+        if (uninterrupted([&] { return ::fstat(from.number(), &opened); }) != 0) return lastError();
         if (!isSameFile(opened, status)) return std::make_error_code(std::errc::no_such_file_or_directory);
         if (task.isMove()) task.record->add(name, opened, mayChangeUnseen(from.number(), opened));
         FileDescriptor to = open(newFolder, newName, O_WRONLY | O_CREAT | O_EXCL);
         if (!to) return lastError();
         if (const auto error = copyContent(task, from.number(), to.number(), opened)) return error;
-        if (const auto error = copyAttributes(calls, from.number(), opened, to.number())) return error;
+        if (const auto error = copyAttributes(from.number(), opened, to.number())) return error;
         return task.written.add(std::move(to));
     }
 
     /// Descriptors that only wait for their flush make room.
     FileDescriptor open(int place, const std::string& entry, int flags) const {
         const auto once = [&] {
-            return FileDescriptor(calls("openat", [&] {
-                return ::openat(place, entry.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0600);
-            }));
+            return FileDescriptor(uninterrupted(
+                [&] { return ::openat(place, entry.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0600); }));
         };
         FileDescriptor file = once();
         if (file || !isDescriptorShortage(lastError())) return file;
@@ -128,19 +126,19 @@ struct LeafCopy {
 
     /// Whether what is written to the original from now on might leave its dates as they are.
     bool mayChangeUnseen(int from, const struct stat& opened) const {
-        if (takeLease(calls, from) == LeaseAnswer::hasWriter) return true;
-        endLease(calls, from);
+        if (takeLease(from) == LeaseAnswer::hasWriter) return true;
+        endLease(from);
         return isFresh(opened, volumeKindOf(from));
     }
 
     std::error_code link() const {
         std::vector<char> target(PATH_MAX);
-        const ssize_t size = calls(
-            "readlinkat", [&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
+        const ssize_t size =
+            uninterrupted([&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
         if (size < 0) return lastError();
         const std::string text(target.data(), static_cast<std::size_t>(size));
         recordUnopened();
-        if (calls("symlinkat", [&] { return ::symlinkat(text.c_str(), newFolder, newName.c_str()); }) != 0) {
+        if (uninterrupted([&] { return ::symlinkat(text.c_str(), newFolder, newName.c_str()); }) != 0) {
             return lastError();
         }
         copyOwner();
@@ -150,16 +148,16 @@ struct LeafCopy {
     std::error_code node() const {
         const mode_t kind = status.st_mode & S_IFMT;
         recordUnopened();
-        if (calls("mknodat",
-                  [&] { return ::mknodat(newFolder, newName.c_str(), kind | 0600, status.st_rdev); }) != 0) {
+        if (uninterrupted(
+                [&] { return ::mknodat(newFolder, newName.c_str(), kind | 0600, status.st_rdev); }) != 0) {
             return lastError();
         }
         copyOwner();
-        const Result<struct stat> made = statusOf(calls, newFolder, newName);
+        const Result<struct stat> made = statusOf(newFolder, newName);
         if (!made) return made.error();
         const mode_t mode = permissionsFor(status, made.value());
-        const auto error = outcome(calls(
-            "fchmodat", [&] { return ::fchmodat(newFolder, newName.c_str(), mode, AT_SYMLINK_NOFOLLOW); }));
+        const auto error = outcome(
+            uninterrupted([&] { return ::fchmodat(newFolder, newName.c_str(), mode, AT_SYMLINK_NOFOLLOW); }));
         return unlessUnsupported(error) ? error : times();
     }
 
@@ -170,47 +168,45 @@ struct LeafCopy {
 
     void copyOwner() const {
         setOwner(status, [&](uid_t user, gid_t group) {
-            return calls("fchownat", [&] {
-                return ::fchownat(newFolder, newName.c_str(), user, group, AT_SYMLINK_NOFOLLOW);
-            });
+            return uninterrupted(
+                [&] { return ::fchownat(newFolder, newName.c_str(), user, group, AT_SYMLINK_NOFOLLOW); });
         });
     }
 
     std::error_code times() const {
         const auto times = timesOf(status);
-        return unlessUnsupported(outcome(calls("utimensat", [&] {
-            return ::utimensat(newFolder, newName.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
-        })));
+        return unlessUnsupported(outcome(uninterrupted(
+            [&] { return ::utimensat(newFolder, newName.c_str(), times.data(), AT_SYMLINK_NOFOLLOW); })));
     }
 };
 
 }  // namespace
 
-std::error_code copyAttributes(const SystemCalls& calls, int from, const struct stat& status, int to) {
-    if (const std::error_code error = copyExtendedAttributes(calls, from, to)) return error;
+std::error_code copyAttributes(int from, const struct stat& status, int to) {
+    if (const std::error_code error = copyExtendedAttributes(from, to)) return error;
     struct stat copy {};
-    const auto lookAtCopy = [&] { return calls("fstat", [&] { return ::fstat(to, &copy); }) == 0; };
+    const auto lookAtCopy = [&] { return uninterrupted([&] { return ::fstat(to, &copy); }) == 0; };
     if (!lookAtCopy()) return lastError();
     if (status.st_uid != copy.st_uid || status.st_gid != copy.st_gid) {
         setOwner(status, [&](uid_t user, gid_t group) {
-            return calls("fchown", [&] { return ::fchown(to, user, group); });
+            return uninterrupted([&] { return ::fchown(to, user, group); });
         });
         if (!lookAtCopy()) return lastError();
     }
     const mode_t mode = permissionsFor(status, copy);
-    if (const auto error = unlessUnsupported(outcome(calls("fchmod", [&] { return ::fchmod(to, mode); })))) {
+    if (const auto error = unlessUnsupported(outcome(uninterrupted([&] { return ::fchmod(to, mode); })))) {
         return error;
     }
     const auto times = timesOf(status);
-    return unlessUnsupported(outcome(calls("futimens", [&] { return ::futimens(to, times.data()); })));
+    return unlessUnsupported(outcome(uninterrupted([&] { return ::futimens(to, times.data()); })));
 }
 
-std::string extendedAttributesOf(const SystemCalls& calls, int item) {
+std::string extendedAttributesOf(int item) {
     std::string all;
-    const auto error = forEachAttribute(calls, item, [&](const std::string& name) {
+    const auto error = forEachAttribute(item, [&](const std::string& name) {
         std::string value(longestValue, '\0');
         const ssize_t size =
-            calls("fgetxattr", [&] { return ::fgetxattr(item, name.c_str(), value.data(), value.size()); });
+            uninterrupted([&] { return ::fgetxattr(item, name.c_str(), value.data(), value.size()); });
         value.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
         all += name + '\0' + std::to_string(size) + '\0' + value;
         return std::error_code();
@@ -220,7 +216,7 @@ std::string extendedAttributesOf(const SystemCalls& calls, int item) {
 
 std::error_code copyLeaf(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
                          int newFolder, const std::string& newName) {
-    const LeafCopy copy{task, task.calls, folder, name, status, newFolder, newName};
+    const LeafCopy copy{task, folder, name, status, newFolder, newName};
     if (S_ISREG(status.st_mode)) return copy.file();
     if (S_ISLNK(status.st_mode)) return copy.link();
     return copy.node();

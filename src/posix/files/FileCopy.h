@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <string>
+#include <system_error>
 
 #include "posix/files/Trees.h"
 
@@ -17,10 +18,10 @@ std::error_code copyLeaf(const CopyTask& task, int folder, const std::string& na
                          int newFolder, const std::string& newName);
 
 /// Owner, group, permission bits, times and extended attributes of an open file or folder onto another one.
-std::error_code copyAttributes(const SystemCalls& calls, int from, const struct stat& status, int to);
+std::error_code copyAttributes(int from, const struct stat& status, int to);
 
 /// The extended attributes of an open item that a copy gets, with their values. Empty where there are none or
 /// they cannot be read.
-std::string extendedAttributesOf(const SystemCalls& calls, int item);
+std::string extendedAttributesOf(int item);
 
 }  // namespace vantrel

@@ -3,10 +3,10 @@
 #include <sys/types.h>
 
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "posix/StopSignals.h"
-#include "posix/files/SystemCalls.h"
 
 namespace vantrel {
 
@@ -18,8 +18,7 @@ class FileOperations {
 public:
     /// A copy asks `stop` again and again whether it shall end, up to the moment when it gets its name; it
     /// then fails with operation_canceled.
-    explicit FileOperations(SystemCalls calls = {}, StopRequested stop = {})
-        : calls_(std::move(calls)), stop_(std::move(stop)) {}
+    explicit FileOperations(StopRequested stop = {}) : stop_(std::move(stop)) {}
 
     /// The copy is built out of sight beside `to` and gets its name when all of it is on the disk; on failure
     /// nothing of it remains. file_exists when `to` is taken, invalid_argument when a folder would be copied
@@ -39,7 +38,6 @@ public:
     std::error_code createDirectory(const std::string& path, mode_t mode = 0777) const;
 
 private:
-    SystemCalls calls_;
     StopRequested stop_;
 };
 

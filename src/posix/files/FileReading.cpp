@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "base/PathLocation.h"
+#include "base/SystemCall.h"
 
 namespace vantrel {
 
@@ -20,26 +21,26 @@ std::error_code requireOrdinary(const struct stat& status) {
 
 }  // namespace
 
-Result<std::string> readFilePrefix(const SystemCalls& calls, const std::string& path, std::size_t limit) {
+Result<std::string> readFilePrefix(const std::string& path, std::size_t limit) {
     const Result<PathLocation> found = PathLocation::of(path);
     if (!found) return found.error();
     const PathLocation& location = found.value();
     struct stat status {};
     // Looked at first, because already the opening of a device can do something.
-    if (calls("fstatat", [&] { return ::fstatat(location.folder(), location.path(), &status, 0); }) != 0) {
+    if (uninterrupted([&] { return ::fstatat(location.folder(), location.path(), &status, 0); }) != 0) {
         return lastError();
     }
     if (const std::error_code error = requireOrdinary(status)) return error;
-    const FileDescriptor file(calls("openat", [&] {
+    const FileDescriptor file(uninterrupted([&] {
         return ::openat(location.folder(), location.path(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     }));
-    if (!file || calls("fstat", [&] { return ::fstat(file.number(), &status); }) != 0) return lastError();
+    if (!file || uninterrupted([&] { return ::fstat(file.number(), &status); }) != 0) return lastError();
     if (const std::error_code error = requireOrdinary(status)) return error;
 
     std::string content(limit, '\0');
     std::size_t size = 0;
     while (size < limit) {
-        const ssize_t count = calls("pread", [&] {
+        const ssize_t count = uninterrupted([&] {
             return ::pread(file.number(), content.data() + size, limit - size, static_cast<off_t>(size));
         });
         if (count < 0) return lastError();

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/SystemCall.h"
 #include "posix/files/ItemPlace.h"
 #include "posix/files/Leftovers.h"
 #include "posix/files/WrittenFiles.h"
@@ -21,12 +22,12 @@ constexpr int passingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 /// Makes or enters the folders of a path one after the other and remembers which of them it made.
 class FolderChain {
 public:
-    FolderChain(const SystemCalls& calls, mode_t mode) : calls_(calls), mode_(mode) {}
+    explicit FolderChain(mode_t mode) : mode_(mode) {}
 
     std::error_code make(const std::string& path) {
         std::error_code error = makeAll(path);
         for (auto made = made_.begin(); made != made_.end() && !error; ++made)
-            error = flushFolder(calls_, made->folder.number());
+            error = flushFolder(made->folder.number());
         if (error) {
             for (auto made = made_.rbegin(); made != made_.rend(); ++made) {
                 ::unlinkat(made->folder.number(), made->name.c_str(), AT_REMOVEDIR);
@@ -58,8 +59,8 @@ private:
     std::error_code makeOne(const FileDescriptor& folder, const std::string& name) {
         FileDescriptor kept = open(folder.number(), ".");
         if (!kept) return lastError();
-        clearLeftovers(calls_, folder.number());
-        if (calls_("mkdirat", [&] { return ::mkdirat(folder.number(), name.c_str(), mode_); }) == 0) {
+        clearLeftovers(folder.number());
+        if (uninterrupted([&] { return ::mkdirat(folder.number(), name.c_str(), mode_); }) == 0) {
             made_.push_back({std::move(kept), name});
         } else if (errno != EEXIST) {
             return lastError();
@@ -68,18 +69,17 @@ private:
     }
 
     FileDescriptor open(int folder, const std::string& name) const {
-        return FileDescriptor(calls_("openat", [&] { return ::openat(folder, name.c_str(), passingFlags); }));
+        return FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), passingFlags); }));
     }
 
-    const SystemCalls& calls_;
     mode_t mode_;
     std::vector<ItemPlace> made_;
 };
 
 }  // namespace
 
-std::error_code makeFolders(const SystemCalls& calls, const std::string& path, mode_t mode) {
-    return FolderChain(calls, mode).make(path);
+std::error_code makeFolders(const std::string& path, mode_t mode) {
+    return FolderChain(mode).make(path);
 }
 
 }  // namespace vantrel

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/SystemCall.h"
 #include "posix/files/ItemPlace.h"
 
 namespace vantrel {
@@ -26,14 +27,12 @@ struct StreamCloser {
 std::error_code FolderStack::enter(const std::string& name) {
     Level level;
     const auto open = [&] {
-        return FileDescriptor(
-            calls_("openat", [&] { return ::openat(current(), name.c_str(), folderFlags); }));
+        return FileDescriptor(uninterrupted([&] { return ::openat(current(), name.c_str(), folderFlags); }));
     };
     level.folder = open();
     if (!level.folder && isDescriptorShortage(lastError()) && closeOuterFolders()) level.folder = open();
     if (!level.folder) return lastError();
-    if (calls_("fstat", [&] { return ::fstat(level.folder.number(), &level.status); }) != 0)
-        return lastError();
+    if (uninterrupted([&] { return ::fstat(level.folder.number(), &level.status); }) != 0) return lastError();
     levels_.push_back(std::move(level));
     if (levels_.size() > keptOpen) levels_[levels_.size() - 1 - keptOpen].folder.close();
     return {};
@@ -44,18 +43,17 @@ std::error_code FolderStack::leave() {
     levels_.pop_back();
     if (levels_.empty() || levels_.back().folder) return {};
     Level& outer = levels_.back();
-    FileDescriptor found(calls_("openat", [&] { return ::openat(left.folder.number(), "..", folderFlags); }));
+    FileDescriptor found(uninterrupted([&] { return ::openat(left.folder.number(), "..", folderFlags); }));
     struct stat status {};
-    if (!found || calls_("fstat", [&] { return ::fstat(found.number(), &status); }) != 0) return lastError();
+    if (!found || uninterrupted([&] { return ::fstat(found.number(), &status); }) != 0) return lastError();
     if (!isSameFile(status, outer.status)) return std::make_error_code(std::errc::no_such_file_or_directory);
     outer.folder = std::move(found);
     return {};
 }
 
 Result<std::vector<std::string>> FolderStack::names() {
-    Result<std::vector<std::string>> names = namesIn(calls_, current());
-    if (!names && isDescriptorShortage(names.error()) && closeOuterFolders())
-        return namesIn(calls_, current());
+    Result<std::vector<std::string>> names = namesIn(current());
+    if (!names && isDescriptorShortage(names.error()) && closeOuterFolders()) return namesIn(current());
     return names;
 }
 
@@ -69,28 +67,22 @@ bool FolderStack::closeOuterFolders() {
     return wasOpen;
 }
 
-Result<std::vector<std::string>> namesIn(const SystemCalls& calls, int folder) {
+Result<std::vector<std::string>> namesIn(int folder) {
     // A second descriptor, because the stream closes its own; not by name, because that needs a permission
     // more than reading does.
-    FileDescriptor own(calls("fcntl", [&] { return ::fcntl(folder, F_DUPFD_CLOEXEC, 0); }));
+    FileDescriptor own(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
     if (!own) return lastError();
     const std::unique_ptr<DIR, StreamCloser> stream(::fdopendir(own.number()));
     if (stream == nullptr) return lastError();
     own.release();
     ::rewinddir(stream.get());
     std::vector<std::string> names;
-    for (;;) {
-        const dirent* entry = nullptr;
-        const int answer = calls("readdir", [&] {
-            errno = 0;
-            entry = ::readdir(stream.get());
-            return entry == nullptr && errno != 0 ? -1 : 0;
-        });
-        if (answer != 0) return lastError();
-        if (entry == nullptr) return names;
+    while (const dirent* const entry = nextEntry(stream.get())) {
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..") names.emplace_back(name);
     }
+    if (errno != 0) return lastError();
+    return names;
 }
 
 }  // namespace vantrel

@@ -7,7 +7,6 @@
 
 #include "base/FileDescriptor.h"
 #include "base/Result.h"
-#include "posix/files/SystemCalls.h"
 
 namespace vantrel {
 
@@ -17,7 +16,7 @@ namespace vantrel {
 class FolderStack {
 public:
     /// `base` is borrowed.
-    FolderStack(const SystemCalls& calls, int base) : calls_(calls), base_(base) {}
+    explicit FolderStack(int base) : base_(base) {}
 
     /// The innermost folder, the base at first.
     int current() const { return levels_.empty() ? base_ : levels_.back().folder.number(); }
@@ -42,12 +41,11 @@ private:
 
     bool closeOuterFolders();
 
-    const SystemCalls& calls_;
     int base_;
     std::vector<Level> levels_;
 };
 
 /// Names of the entries of an open folder, without "." and "..".
-Result<std::vector<std::string>> namesIn(const SystemCalls& calls, int folder);
+Result<std::vector<std::string>> namesIn(int folder);
 
 }  // namespace vantrel

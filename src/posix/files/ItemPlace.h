@@ -6,7 +6,6 @@
 
 #include "base/FileDescriptor.h"
 #include "base/Result.h"
-#include "posix/files/SystemCalls.h"
 
 namespace vantrel {
 
@@ -19,16 +18,16 @@ struct ItemPlace {
 
 /// Opens the folder that holds `path`'s last component; slashes at the end do not count. `path` is of any
 /// length, a relative one starts at the current folder.
-Result<ItemPlace> placeOf(const SystemCalls& calls, const std::string& path);
+Result<ItemPlace> placeOf(const std::string& path);
 
 /// The item's own status: a link is not followed.
-Result<struct stat> statusOf(const SystemCalls& calls, int folder, const std::string& name);
+Result<struct stat> statusOf(int folder, const std::string& name);
 
 /// Nothing when the name is free in that folder; file_exists when it is taken, also by a dangling link.
-std::error_code requireFree(const SystemCalls& calls, int folder, const std::string& name);
+std::error_code requireFree(int folder, const std::string& name);
 
 /// Whether nothing has that name in that folder.
-bool isGone(const SystemCalls& calls, int folder, const std::string& name);
+bool isGone(int folder, const std::string& name);
 
 inline bool isSameFile(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/SystemCall.h"
 #include "posix/ProcessMark.h"
 #include "posix/files/ExclusiveRename.h"
 #include "posix/files/FolderStack.h"
@@ -48,44 +49,44 @@ bool isOwn(const struct stat& status, VolumeKind kind) {
            (kind == VolumeKind::foreign || (status.st_mode & everybodyElse) == 0);
 }
 
-void clear(const SystemCalls& calls, int folder, VolumeKind kind, const Leftover& leftover) {
+void clear(int folder, VolumeKind kind, const Leftover& leftover) {
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     const FileDescriptor place(
-        calls("openat", [&] { return ::openat(folder, leftover.name.c_str(), flags, 0); }));
+        uninterrupted([&] { return ::openat(folder, leftover.name.c_str(), flags, 0); }));
     struct stat status {};
-    if (!place || calls("fstat", [&] { return ::fstat(place.number(), &status); }) != 0) return;
+    if (!place || uninterrupted([&] { return ::fstat(place.number(), &status); }) != 0) return;
     if (!isOwn(status, kind) ||
-        calls("flock", [&] { return ::flock(place.number(), LOCK_EX | LOCK_NB); }) != 0) {
+        uninterrupted([&] { return ::flock(place.number(), LOCK_EX | LOCK_NB); }) != 0) {
         return;
     }
     if (leftover.owner != MarkedProcess::ended && !isOld(status)) return;
-    const Result<struct stat> named = statusOf(calls, folder, leftover.name);
+    const Result<struct stat> named = statusOf(folder, leftover.name);
     if (!named || !isSameFile(named.value(), status)) return;
     if (leftover.purpose == Workplace::Purpose::copy) {
-        removeContents(calls, place.number());
-    } else if (const auto names = namesIn(calls, place.number())) {
+        removeContents(place.number());
+    } else if (const auto names = namesIn(place.number())) {
         for (const std::string& name : names.value())
-            (void)renameToFreeName(calls, place.number(), name, folder, name);
+            (void)renameToFreeName(place.number(), name, folder, name);
     }
-    calls("unlinkat", [&] { return ::unlinkat(folder, leftover.name.c_str(), AT_REMOVEDIR); });
+    uninterrupted([&] { return ::unlinkat(folder, leftover.name.c_str(), AT_REMOVEDIR); });
 }
 
 /// An original set aside under a hidden name. It carries no lock, so the process must be known to have ended.
-void giveNameBack(const SystemCalls& calls, int folder, const std::string& hidden) {
+void giveNameBack(int folder, const std::string& hidden) {
     const std::size_t equals = hidden.find('=');
     if (equals == std::string::npos || equals + 1 == hidden.size()) return;
     const std::string_view mark = std::string_view(hidden).substr(0, equals).substr(asidePrefix.size());
     if (processOf(mark) == MarkedProcess::ended)
-        (void)renameToFreeName(calls, folder, hidden, folder, hidden.substr(equals + 1));
+        (void)renameToFreeName(folder, hidden, folder, hidden.substr(equals + 1));
 }
 
-void clear(const SystemCalls& calls, int folder, VolumeKind kind, const std::string& name) {
-    if (name.starts_with(asidePrefix)) return giveNameBack(calls, folder, name);
+void clear(int folder, VolumeKind kind, const std::string& name) {
+    if (name.starts_with(asidePrefix)) return giveNameBack(folder, name);
     for (const auto purpose : {Workplace::Purpose::copy, Workplace::Purpose::original}) {
         const std::string_view prefix = Workplace::prefixOf(purpose);
         if (!name.starts_with(prefix)) continue;
         const MarkedProcess owner = processOf(std::string_view(name).substr(prefix.size()));
-        if (owner != MarkedProcess::running) clear(calls, folder, kind, Leftover{name, purpose, owner});
+        if (owner != MarkedProcess::running) clear(folder, kind, Leftover{name, purpose, owner});
     }
 }
 
@@ -106,13 +107,13 @@ std::vector<std::string> ourNamesIn(int folder) {
 
 }  // namespace
 
-void clearLeftovers(const SystemCalls& calls, int folder) {
+void clearLeftovers(int folder) {
     FileDescriptor listed(
-        calls("openat", [&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+        uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (!listed) return;
     const VolumeKind kind = volumeKindOf(listed.number());
     if (kind == VolumeKind::unknown) return;
-    for (const std::string& name : ourNamesIn(listed.release())) clear(calls, folder, kind, name);
+    for (const std::string& name : ourNamesIn(listed.release())) clear(folder, kind, name);
 }
 
 std::string nameAside(const std::string& name) {

@@ -12,6 +12,7 @@
 
 #include "base/FileDescriptor.h"
 #include "base/Paths.h"
+#include "base/SystemCall.h"
 #include "posix/files/ItemPlace.h"
 
 namespace vantrel {

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/SystemCall.h"
 #include "posix/files/FileCopy.h"
 #include "posix/files/ItemPlace.h"
 #include "posix/files/ReadLease.h"
@@ -22,15 +23,15 @@ namespace {
 
 constexpr int readingFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
-FileDescriptor openForReading(const SystemCalls& calls, int folder, const std::string& name) {
-    return FileDescriptor(calls("openat", [&] { return ::openat(folder, name.c_str(), readingFlags, 0); }));
+FileDescriptor openForReading(int folder, const std::string& name) {
+    return FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), readingFlags, 0); }));
 }
 
 /// As many bytes as there are up to the size of the buffer; fewer at the end of the file only.
-std::optional<std::size_t> fill(const SystemCalls& calls, int file, off_t offset, std::vector<char>& buffer) {
+std::optional<std::size_t> fill(int file, off_t offset, std::vector<char>& buffer) {
     std::size_t filled = 0;
     while (filled < buffer.size()) {
-        const ssize_t count = calls("pread", [&] {
+        const ssize_t count = uninterrupted([&] {
             return ::pread(file, buffer.data() + filled, buffer.size() - filled,
                            offset + static_cast<off_t>(filled));
         });
@@ -41,12 +42,12 @@ std::optional<std::size_t> fill(const SystemCalls& calls, int file, off_t offset
     return filled;
 }
 
-std::error_code compareFiles(const SystemCalls& calls, int one, int other) {
+std::error_code compareFiles(int one, int other) {
     constexpr std::size_t pieceSize = std::size_t{128} * 1024;
     std::vector<char> piece(pieceSize), otherPiece(pieceSize);
     for (off_t offset = 0;; offset += static_cast<off_t>(pieceSize)) {
-        const auto count = fill(calls, one, offset, piece);
-        const auto otherCount = fill(calls, other, offset, otherPiece);
+        const auto count = fill(one, offset, piece);
+        const auto otherCount = fill(other, offset, otherPiece);
         if (!count || !otherCount) return lastError();
         if (*count != *otherCount ||
             !std::equal(piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(*count),
@@ -67,8 +68,8 @@ public:
     std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
 
 protected:
-    OneTree(const SystemCalls& calls, const TreeRecord& record, const ItemReference& top)
-        : calls_(calls), record_(record), top_(top), stack_(calls, top.folder) {}
+    OneTree(const TreeRecord& record, const ItemReference& top)
+        : record_(record), top_(top), stack_(top.folder) {}
 
     bool isTop(const TreeRecord::Entry& entry) const { return &entry == &record_.top(); }
     const std::string& nameOf(const TreeRecord::Entry& entry) const {
@@ -84,7 +85,6 @@ protected:
         return unlessChanged(names.value() == record_.namesBelow(index));
     }
 
-    const SystemCalls& calls_;
     const TreeRecord& record_;
     ItemReference top_;
     FolderStack stack_;
@@ -93,8 +93,7 @@ protected:
 /// What is true of an original before it is touched.
 class InPlace : public OneTree {
 public:
-    InPlace(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original)
-        : OneTree(calls, record, original) {}
+    InPlace(const TreeRecord& record, const ItemReference& original) : OneTree(record, original) {}
 
     std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = leaf(entry)) return error;
@@ -102,14 +101,13 @@ public:
     }
 
     std::error_code leaf(const TreeRecord::Entry& entry) const {
-        const Result<struct stat> status = statusOf(calls_, stack_.current(), nameOf(entry));
+        const Result<struct stat> status = statusOf(stack_.current(), nameOf(entry));
         if (!status) return status.error();
         if (!entry.state.isUnchanged(ItemState::of(status.value()))) return busy();
         struct statx extended {};
         const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
-        if (calls_("statx", [&] {
-                return ::statx(stack_.current(), nameOf(entry).c_str(), flags, 0, &extended);
-            }) != 0) {
+        if (uninterrupted(
+                [&] { return ::statx(stack_.current(), nameOf(entry).c_str(), flags, 0, &extended); }) != 0) {
             return {};  // then removing it will tell
         }
         const bool isFixed = (extended.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
@@ -119,9 +117,8 @@ public:
 
 class Aside : SideBySide {
 public:
-    Aside(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
-          const ItemReference& copy)
-        : SideBySide(calls, record, original, copy) {}
+    Aside(const TreeRecord& record, const ItemReference& original, const ItemReference& copy)
+        : SideBySide(record, original, copy) {}
 
     std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = compareState(entry)) return error;
@@ -131,7 +128,7 @@ public:
         std::ranges::sort(names.value());
         if (names.value() != record_.namesBelow(index)) return busy();
         return unlessChanged(!isTop(entry) ||
-                             extendedAttributesOf(calls_, original_.current()) == record_.topAttributes);
+                             extendedAttributesOf(original_.current()) == record_.topAttributes);
     }
 
     std::error_code leave(const TreeRecord::Entry&) { return leaveBoth(); }
@@ -144,16 +141,16 @@ public:
 
 private:
     std::error_code compareState(const TreeRecord::Entry& entry) const {
-        const Result<struct stat> status = statusOf(calls_, original_.current(), nameOf(entry));
+        const Result<struct stat> status = statusOf(original_.current(), nameOf(entry));
         if (!status) return status.error();
         const ItemState now = ItemState::of(status.value());
         return unlessChanged(isTop(entry) ? entry.state.isSameButForName(now) : entry.state.isUnchanged(now));
     }
 
     std::error_code compareFile(const TreeRecord::Entry& entry) const {
-        const FileDescriptor file = openForReading(calls_, original_.current(), nameOf(entry));
+        const FileDescriptor file = openForReading(original_.current(), nameOf(entry));
         if (!file) return lastError();
-        if (takeLease(calls_, file.number()) == LeaseAnswer::hasWriter) return busy();
+        if (takeLease(file.number()) == LeaseAnswer::hasWriter) return busy();
         return entry.isUncertain ? compareContent(file.number(), entry) : std::error_code();
     }
 
@@ -167,8 +164,8 @@ private:
 
     std::optional<std::string> targetOf(int folder, const std::string& name) const {
         std::string target(PATH_MAX, '\0');
-        const ssize_t size = calls_(
-            "readlinkat", [&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
+        const ssize_t size =
+            uninterrupted([&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
         if (size < 0) return std::nullopt;
         target.resize(static_cast<std::size_t>(size));
         return target;
@@ -178,9 +175,8 @@ private:
 /// What is true of a copy that nobody has touched.
 class Untouched : public OneTree {
 public:
-    Untouched(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
-              const timespec& seen)
-        : OneTree(calls, record, copy), seen_(seen) {}
+    Untouched(const TreeRecord& record, const ItemReference& copy, const timespec& seen)
+        : OneTree(record, copy), seen_(seen) {}
 
     std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = compareState(entry)) return error;
@@ -190,14 +186,14 @@ public:
     std::error_code leaf(const TreeRecord::Entry& entry) const {
         if (const std::error_code error = compareState(entry)) return error;
         if (!entry.state.isFile()) return {};
-        const FileDescriptor file = openForReading(calls_, stack_.current(), nameOf(entry));
+        const FileDescriptor file = openForReading(stack_.current(), nameOf(entry));
         if (!file) return lastError();
-        return unlessChanged(takeLease(calls_, file.number()) != LeaseAnswer::hasWriter);
+        return unlessChanged(takeLease(file.number()) != LeaseAnswer::hasWriter);
     }
 
 private:
     std::error_code compareState(const TreeRecord::Entry& entry) const {
-        const Result<struct stat> status = statusOf(calls_, stack_.current(), nameOf(entry));
+        const Result<struct stat> status = statusOf(stack_.current(), nameOf(entry));
         if (!status) return status.error();
         const ItemState now = ItemState::of(status.value());
         const bool isSameKind = ((now.mode ^ entry.state.mode) & S_IFMT) == 0;
@@ -237,26 +233,24 @@ std::error_code SideBySide::leaveBoth() {
 }
 
 std::error_code SideBySide::compareContent(int original, const TreeRecord::Entry& entry) const {
-    const FileDescriptor copy = openForReading(calls_, copy_.current(), copyNameOf(entry));
+    const FileDescriptor copy = openForReading(copy_.current(), copyNameOf(entry));
     if (!copy) return lastError();
-    return compareFiles(calls_, original, copy.number());
+    return compareFiles(original, copy.number());
 }
 
-std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record,
-                             const ItemReference& original) {
-    InPlace check(calls, record, original);
+std::error_code checkInPlace(const TreeRecord& record, const ItemReference& original) {
+    InPlace check(record, original);
     return record.visit(check);
 }
 
-std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record,
-                              const ItemReference& original, const ItemReference& copy) {
-    Aside check(calls, record, original, copy);
+std::error_code checkSetAside(const TreeRecord& record, const ItemReference& original,
+                              const ItemReference& copy) {
+    Aside check(record, original, copy);
     return record.visit(check);
 }
 
-std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
-                          const timespec& seen) {
-    Untouched check(calls, record, copy, seen);
+std::error_code checkCopy(const TreeRecord& record, const ItemReference& copy, const timespec& seen) {
+    Untouched check(record, copy, seen);
     return record.visit(check);
 }
 

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "posix/files/FolderStack.h"
-#include "posix/files/SystemCalls.h"
 #include "posix/files/TreeRecord.h"
 
 namespace vantrel {
@@ -17,14 +16,12 @@ struct ItemReference {
 /// Goes through an original and its copy side by side, as the record says. Base of those who look at both.
 class SideBySide {
 protected:
-    SideBySide(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
-               const ItemReference& copy)
-        : calls_(calls),
-          record_(record),
+    SideBySide(const TreeRecord& record, const ItemReference& original, const ItemReference& copy)
+        : record_(record),
           originalTop_(original),
           copyTop_(copy),
-          original_(calls, original.folder),
-          copy_(calls, copy.folder) {}
+          original_(original.folder),
+          copy_(copy.folder) {}
 
     bool isTop(const TreeRecord::Entry& entry) const { return &entry == &record_.top(); }
     const std::string& nameOf(const TreeRecord::Entry& entry) const {
@@ -40,7 +37,6 @@ protected:
         return isTop(entry) ? copyTop_.name : entry.name;
     }
 
-    const SystemCalls& calls_;
     const TreeRecord& record_;
     ItemReference originalTop_;
     ItemReference copyTop_;
@@ -53,17 +49,15 @@ std::error_code busy();
 
 /// Whether an original stands in its place as it was copied: nothing came, went or was changed in any way. An
 /// item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted.
-std::error_code checkInPlace(const SystemCalls& calls, const TreeRecord& record,
-                             const ItemReference& original);
+std::error_code checkInPlace(const TreeRecord& record, const ItemReference& original);
 
 /// The same for a folder that was given another name meanwhile, where nobody finds it any more: nobody has a
 /// file in it open for writing either, and what could have been changed without a trace is compared with the
 /// copy. device_or_resource_busy when it is not so.
-std::error_code checkSetAside(const SystemCalls& calls, const TreeRecord& record,
-                              const ItemReference& original, const ItemReference& copy);
+std::error_code checkSetAside(const TreeRecord& record, const ItemReference& original,
+                              const ItemReference& copy);
 
 /// Whether a copy is still as it was made, before others could see it: `seen` is when they could.
-std::error_code checkCopy(const SystemCalls& calls, const TreeRecord& record, const ItemReference& copy,
-                          const timespec& seen);
+std::error_code checkCopy(const TreeRecord& record, const ItemReference& copy, const timespec& seen);
 
 }  // namespace vantrel

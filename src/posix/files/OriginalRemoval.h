@@ -5,7 +5,6 @@
 #include <system_error>
 
 #include "posix/files/ItemPlace.h"
-#include "posix/files/SystemCalls.h"
 #include "posix/files/TreeRecord.h"
 #include "posix/files/Workplace.h"
 
@@ -17,9 +16,8 @@ namespace vantrel {
 class OriginalRemoval {
 public:
     /// All borrowed. `copy` is the finished copy in its place.
-    OriginalRemoval(const SystemCalls& calls, const TreeRecord& record, const ItemPlace& original,
-                    const ItemPlace& copy)
-        : calls_(calls), record_(record), original_(original), copy_(copy) {}
+    OriginalRemoval(const TreeRecord& record, const ItemPlace& original, const ItemPlace& copy)
+        : record_(record), original_(original), copy_(copy) {}
 
     /// On failure what is left of the original stands under its own name, or one with a number where somebody
     /// has taken that. device_or_resource_busy when others have changed it or are about to.
@@ -33,7 +31,6 @@ private:
     std::error_code removeLeaf();
     std::error_code putBack(std::error_code reason);
 
-    const SystemCalls& calls_;
     const TreeRecord& record_;
     const ItemPlace& original_;
     const ItemPlace& copy_;

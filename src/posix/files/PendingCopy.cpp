@@ -13,7 +13,7 @@
 namespace vantrel {
 
 std::error_code PendingCopy::makeWorkplace() {
-    Result<Workplace> made = Workplace::make(calls_, target_.folder.number(), Workplace::Purpose::copy);
+    Result<Workplace> made = Workplace::make(target_.folder.number(), Workplace::Purpose::copy);
     if (!made) return made.error();
     workplace_.emplace(std::move(made.value()));
     return {};
@@ -21,8 +21,8 @@ std::error_code PendingCopy::makeWorkplace() {
 
 std::error_code PendingCopy::make(const ItemPlace& source, const struct stat& status, TreeRecord* record) {
     if (const std::error_code error = makeWorkplace()) return error;
-    WrittenFiles written(calls_, workplace_->number());
-    const CopyTask task{calls_, written, stop_, record};
+    WrittenFiles written(workplace_->number());
+    const CopyTask task{written, stop_, record};
     const auto error =
         copyTree(task, source.folder.number(), source.name, status, workplace_->number(), target_.name);
     if (error) return error;
@@ -32,24 +32,23 @@ std::error_code PendingCopy::make(const ItemPlace& source, const struct stat& st
 
 std::error_code PendingCopy::putInPlace() {
     const int folder = target_.folder.number();
-    const auto error = renameBetweenFolders(calls_, workplace_->number(), target_.name, folder, target_.name);
+    const auto error = renameBetweenFolders(workplace_->number(), target_.name, folder, target_.name);
     if (error) return error;
-    if (const Result<struct stat> status = statusOf(calls_, folder, target_.name))
-        seen_ = status.value().st_ctim;
+    if (const Result<struct stat> status = statusOf(folder, target_.name)) seen_ = status.value().st_ctim;
     workplace_.reset();
-    const std::error_code unflushed = flushFolder(calls_, folder);
+    const std::error_code unflushed = flushFolder(folder);
     if (unflushed && !makeWorkplace())
-        (void)renameBetweenFolders(calls_, folder, target_.name, workplace_->number(), target_.name);
+        (void)renameBetweenFolders(folder, target_.name, workplace_->number(), target_.name);
     return unflushed;
 }
 
 void PendingCopy::takeBack(const TreeRecord& record) {
     const int folder = target_.folder.number();
-    const Result<struct stat> status = statusOf(calls_, folder, target_.name);
+    const Result<struct stat> status = statusOf(folder, target_.name);
     if (!status || !ItemState::isSame(status.value().st_ctim, seen_) || makeWorkplace()) return;
-    if (renameBetweenFolders(calls_, folder, target_.name, workplace_->number(), target_.name)) return;
-    if (checkCopy(calls_, record, {workplace_->number(), target_.name}, seen_))
-        (void)renameToFreeName(calls_, workplace_->number(), target_.name, folder, target_.name);
+    if (renameBetweenFolders(folder, target_.name, workplace_->number(), target_.name)) return;
+    if (checkCopy(record, {workplace_->number(), target_.name}, seen_))
+        (void)renameToFreeName(workplace_->number(), target_.name, folder, target_.name);
     workplace_.reset();
 }
 

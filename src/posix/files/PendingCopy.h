@@ -7,7 +7,6 @@
 
 #include "posix/StopSignals.h"
 #include "posix/files/ItemPlace.h"
-#include "posix/files/SystemCalls.h"
 #include "posix/files/TreeRecord.h"
 #include "posix/files/Workplace.h"
 
@@ -17,8 +16,7 @@ namespace vantrel {
 class PendingCopy {
 public:
     /// All borrowed.
-    PendingCopy(const SystemCalls& calls, const StopRequested& stop, const ItemPlace& target)
-        : calls_(calls), stop_(stop), target_(target) {}
+    PendingCopy(const StopRequested& stop, const ItemPlace& target) : stop_(stop), target_(target) {}
 
     /// Makes the copy and waits until all of it is on the disk. `record` gets the originals, where there is
     /// one.
@@ -34,7 +32,6 @@ public:
 private:
     std::error_code makeWorkplace();
 
-    const SystemCalls& calls_;
     const StopRequested& stop_;
     const ItemPlace& target_;
     std::optional<Workplace> workplace_;

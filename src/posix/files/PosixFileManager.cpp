@@ -129,12 +129,12 @@ std::optional<VolumeCapacity> PosixFileManager::volumeCapacity(const std::string
 
 std::error_code PosixFileManager::copyItem(const std::string& from, const std::string& to) {
     const StopSignals signals;
-    return FileOperations({}, [&] { return signals.hasArrived(); }).copyItem(from, to);
+    return FileOperations([&] { return signals.hasArrived(); }).copyItem(from, to);
 }
 
 std::error_code PosixFileManager::moveItem(const std::string& from, const std::string& to) {
     const StopSignals signals;
-    return FileOperations({}, [&] { return signals.hasArrived(); }).moveItem(from, to);
+    return FileOperations([&] { return signals.hasArrived(); }).moveItem(from, to);
 }
 
 std::error_code PosixFileManager::createDirectory(const std::string& path) {
@@ -148,7 +148,7 @@ std::error_code PosixFileManager::trashItem(const std::string& path) {
 }
 
 Result<std::string> PosixFileManager::readPrefix(const std::string& path, std::size_t limit) {
-    return readFilePrefix(SystemCalls(), path, limit);
+    return readFilePrefix(path, limit);
 }
 
 }  // namespace vantrel

@@ -2,24 +2,25 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
 #include <csignal>
 
 namespace vantrel {
 
-LeaseAnswer takeLease(const SystemCalls& calls, int file) {
+LeaseAnswer takeLease(int file) {
     // Whoever waits is announced by a signal: not by SIGIO, which would end this program, but by one that
     // does nothing unless somebody asks for it.
-    if (calls("fcntl", [&] { return ::fcntl(file, F_SETSIG, SIGURG); }) != 0) return LeaseAnswer::unknown;
-    if (calls("fcntl", [&] { return ::fcntl(file, F_SETLEASE, F_RDLCK); }) == 0) return LeaseAnswer::held;
+    if (::fcntl(file, F_SETSIG, SIGURG) != 0) return LeaseAnswer::unknown;
+    if (::fcntl(file, F_SETLEASE, F_RDLCK) == 0) return LeaseAnswer::held;
     return errno == EAGAIN ? LeaseAnswer::hasWriter : LeaseAnswer::unknown;
 }
 
-bool isLeaseHeld(const SystemCalls& calls, int file) {
-    return calls("fcntl", [&] { return ::fcntl(file, F_GETLEASE, 0); }) == F_RDLCK;
+bool isLeaseHeld(int file) {
+    return ::fcntl(file, F_GETLEASE, 0) == F_RDLCK;
 }
 
-void endLease(const SystemCalls& calls, int file) {
-    calls("fcntl", [&] { return ::fcntl(file, F_SETLEASE, F_UNLCK); });
+void endLease(int file) {
+    ::fcntl(file, F_SETLEASE, F_UNLCK);
 }
 
 }  // namespace vantrel

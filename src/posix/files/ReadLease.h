@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "posix/files/SystemCalls.h"
-
 namespace vantrel {
 
 /// Holds off whoever would open a file for writing. `hasWriter`: somebody has it open for writing already, or
@@ -12,8 +10,8 @@ enum class LeaseAnswer : std::uint8_t { held, hasWriter, unknown };
 
 /// Takes a lease on a file opened for reading. It ends when that is closed, or with `endLease`. Whoever opens
 /// the file for writing or cuts it short meanwhile waits for that, and `isLeaseHeld` tells.
-LeaseAnswer takeLease(const SystemCalls& calls, int file);
-bool isLeaseHeld(const SystemCalls& calls, int file);
-void endLease(const SystemCalls& calls, int file);
+LeaseAnswer takeLease(int file);
+bool isLeaseHeld(int file);
+void endLease(int file);
 
 }  // namespace vantrel

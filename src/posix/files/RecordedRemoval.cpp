@@ -7,6 +7,7 @@
 #include <array>
 #include <utility>
 
+#include "base/SystemCall.h"
 #include "posix/files/ExclusiveRename.h"
 #include "posix/files/FileCopy.h"
 #include "posix/files/ItemPlace.h"
@@ -30,9 +31,8 @@ std::error_code RecordedRemoval::enter(const TreeRecord::Entry& entry, std::size
     const std::string& name = nameOf(entry);
     // Read-only folders are emptied too. Where this is refused, what follows says so.
     if ((entry.state.mode & ownersBits) != ownersBits) {
-        calls_("fchmodat", [&] {
-            return ::fchmodat(original_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW);
-        });
+        uninterrupted(
+            [&] { return ::fchmodat(original_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW); });
     }
     if (const std::error_code error = enterBoth(entry)) return error;
     open_.push_back(&entry);
@@ -51,21 +51,21 @@ std::error_code RecordedRemoval::leaf(const TreeRecord::Entry& entry) {
     const int folder = original_.current();
     const std::string& name = nameOf(entry);
     // What somebody else has removed needs no removing.
-    if (error) return isGone(calls_, folder, name) ? std::error_code() : error;
+    if (error) return isGone(folder, name) ? std::error_code() : error;
     if (outOfReach_ < 0) {
         if (const std::error_code changed = lookAgain(subject, folder, name)) return changed;
         return unlink(folder, name, 0);
     }
     const std::string there = nameThere(entry);
-    if (const auto refused = renameExclusively(calls_, folder, name, outOfReach_, there))
-        return isGone(calls_, folder, name) ? std::error_code() : refused;
+    if (const auto refused = renameExclusively(folder, name, outOfReach_, there))
+        return isGone(folder, name) ? std::error_code() : refused;
     std::error_code reason = lookAgain(subject, outOfReach_, there);
     // A file that is removed while it is open stays under another name for a while on NFS.
     if (!subject.isLeased) subject.file.close();
     if (!reason) reason = unlink(outOfReach_, there, 0);
     // Asked twice, for an error that passes must not cost the item its place.
-    if (reason && !renameToFreeName(calls_, outOfReach_, there, folder, name))
-        (void)renameToFreeName(calls_, outOfReach_, there, folder, name);
+    if (reason && !renameToFreeName(outOfReach_, there, folder, name))
+        (void)renameToFreeName(outOfReach_, there, folder, name);
     return reason;
 }
 
@@ -77,13 +77,13 @@ std::error_code RecordedRemoval::lookAt(Subject& subject) const {
     if (recorded.isFile()) {
         constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
         subject.file =
-            FileDescriptor(calls_("openat", [&] { return ::openat(folder, name.c_str(), flags, 0); }));
+            FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), flags, 0); }));
         if (!subject.file) return lastError();
-        const LeaseAnswer answer = takeLease(calls_, subject.file.number());
+        const LeaseAnswer answer = takeLease(subject.file.number());
         if (answer == LeaseAnswer::hasWriter) return busy();
         subject.isLeased = answer == LeaseAnswer::held;
     }
-    const Result<struct stat> status = statusOf(calls_, folder, name);
+    const Result<struct stat> status = statusOf(folder, name);
     if (!status) return status.error();
     subject.status = status.value();
     const ItemState now = ItemState::of(subject.status);
@@ -95,7 +95,7 @@ std::error_code RecordedRemoval::lookAt(Subject& subject) const {
 /// Where nobody else reaches it any more.
 std::error_code RecordedRemoval::lookAgain(const Subject& subject, int folder,
                                            const std::string& name) const {
-    const Result<struct stat> status = statusOf(calls_, folder, name);
+    const Result<struct stat> status = statusOf(folder, name);
     if (!status) return status.error();
     if (!isSameFile(status.value(), subject.status) ||
         !subject.entry.state.isSameButForName(ItemState::of(status.value()))) {
@@ -104,14 +104,14 @@ std::error_code RecordedRemoval::lookAgain(const Subject& subject, int folder,
     if (!subject.file) return {};
     const int file = subject.file.number();
     struct stat opened {};
-    if (calls_("fstat", [&] { return ::fstat(file, &opened); }) != 0) return lastError();
+    if (uninterrupted([&] { return ::fstat(file, &opened); }) != 0) return lastError();
     if (!isSameFile(opened, status.value())) return busy();
-    if (isTop(subject.entry) && extendedAttributesOf(calls_, file) != record_.topAttributes) return busy();
+    if (isTop(subject.entry) && extendedAttributesOf(file) != record_.topAttributes) return busy();
     // Without a lease nothing but the content itself tells of a change between the two looks.
     if (subject.entry.isUncertain || (!subject.isLeased && isTop(subject.entry))) {
         if (const std::error_code error = compareContent(file, subject.entry)) return error;
     }
-    return subject.isLeased && !isLeaseHeld(calls_, file) ? busy() : std::error_code();
+    return subject.isLeased && !isLeaseHeld(file) ? busy() : std::error_code();
 }
 
 std::string RecordedRemoval::nameThere(const TreeRecord::Entry& entry) const {
@@ -121,7 +121,7 @@ std::string RecordedRemoval::nameThere(const TreeRecord::Entry& entry) const {
 }
 
 std::error_code RecordedRemoval::unlink(int folder, const std::string& name, int flags) {
-    if (calls_("unlinkat", [&] { return ::unlinkat(folder, name.c_str(), flags); }) != 0) return lastError();
+    if (uninterrupted([&] { return ::unlinkat(folder, name.c_str(), flags); }) != 0) return lastError();
     hasRemovedAny_ = true;
     return {};
 }
@@ -132,9 +132,9 @@ void RecordedRemoval::restoreFolders() {
         const ItemState& state = open_.back()->state;
         const int folder = original_.current();
         if ((state.mode & ownersBits) != ownersBits)
-            calls_("fchmod", [&] { return ::fchmod(folder, state.mode & 07777u); });
+            uninterrupted([&] { return ::fchmod(folder, state.mode & 07777u); });
         const std::array<timespec, 2> times{timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, state.modified};
-        if (!hasRemovedAny_) calls_("futimens", [&] { return ::futimens(folder, times.data()); });
+        if (!hasRemovedAny_) uninterrupted([&] { return ::futimens(folder, times.data()); });
         if (original_.leave()) return;
     }
 }

@@ -13,11 +13,9 @@ class RecordedRemoval : SideBySide {
 public:
     /// `reach` is that folder, borrowed; -1 where there could be none, so that the looking comes just before
     /// the removing.
-    RecordedRemoval(const SystemCalls& calls, const TreeRecord& record, const ItemReference& original,
-                    const ItemReference& copy, int outOfReach, std::string nameThere = "")
-        : SideBySide(calls, record, original, copy),
-          outOfReach_(outOfReach),
-          topNameThere_(std::move(nameThere)) {}
+    RecordedRemoval(const TreeRecord& record, const ItemReference& original, const ItemReference& copy,
+                    int outOfReach, std::string nameThere = "")
+        : SideBySide(record, original, copy), outOfReach_(outOfReach), topNameThere_(std::move(nameThere)) {}
 
     std::error_code run();
 

@@ -9,6 +9,7 @@
 
 #include "base/PathLocation.h"
 #include "base/Paths.h"
+#include "base/SystemCall.h"
 #include "posix/PosixProcessInfo.h"
 #include "posix/WithheldSignal.h"
 #include "posix/files/FileOperations.h"
@@ -43,19 +44,19 @@ Trash::Settings Trash::userSettings() {
 
 std::error_code Trash::put(const std::string& path) const {
     if (!isPlainAbsolute(path)) return std::make_error_code(std::errc::invalid_argument);
-    const Result<ItemPlace> item = placeOf(calls_, path);
+    const Result<ItemPlace> item = placeOf(path);
     if (!item) return item.error();
     const int folder = item.value().folder.number();
-    const Result<struct stat> status = statusOf(calls_, folder, item.value().name);
+    const Result<struct stat> status = statusOf(folder, item.value().name);
     if (!status) return status.error();
     const std::string folderPath = withoutLinks(paths::deletingLastComponent(path));
     const Result<Mount> mount = settings_.findMount(folder, folderPath);
     if (!mount) return mount.error();
     const WithheldSignal fileSizeLimit(SIGXFSZ);
-    clearLeftovers(calls_, folder);
+    clearLeftovers(folder);
     const Result<TrashCan> can = isHomeMount(mount.value()) ? homeCan() : volumeCan(mount.value());
     if (!can) return can.error();
-    return can.value().put(calls_, item.value(), paths::appending(folderPath, item.value().name));
+    return can.value().put(item.value(), paths::appending(folderPath, item.value().name));
 }
 
 /// Whether the home trash lies, or would be made, on that mount.
@@ -75,10 +76,10 @@ bool Trash::isHomeMount(const Mount& mount) const {
 
 Result<TrashCan> Trash::homeCan() const {
     const std::string place = paths::appending(settings_.dataHome, "Trash");
-    if (const std::error_code error = FileOperations(calls_).createDirectory(place, 0700)) return error;
+    if (const std::error_code error = FileOperations().createDirectory(place, 0700)) return error;
     Result<FileDescriptor> folder = openPath(place, passingFlags);
     if (!folder) return folder.error();
-    return TrashCan::open(calls_, std::move(folder.value()), "");
+    return TrashCan::open(std::move(folder.value()), "");
 }
 
 Result<TrashCan> Trash::volumeCan(const Mount& mount) const {
@@ -89,25 +90,25 @@ Result<TrashCan> Trash::volumeCan(const Mount& mount) const {
     const std::string user = std::to_string(::geteuid());
 
     // The administrator's common folder, if it is one that users cannot take from each other.
-    const Result<struct stat> common = statusOf(calls_, folder, ".Trash");
+    const Result<struct stat> common = statusOf(folder, ".Trash");
     if (common && S_ISDIR(common.value().st_mode) && (common.value().st_mode & S_ISVTX) != 0) {
         const FileDescriptor place(
-            calls_("openat", [&] { return ::openat(folder, ".Trash", passingFlags | O_NOFOLLOW); }));
+            uninterrupted([&] { return ::openat(folder, ".Trash", passingFlags | O_NOFOLLOW); }));
         if (Result<TrashCan> can = openOwnCan(place.number(), user, mount.topFolder)) return can;
     }
     return openOwnCan(folder, ".Trash-" + user, mount.topFolder);
 }
 
 Result<TrashCan> Trash::openOwnCan(int folder, const std::string& name, const std::string& topFolder) const {
-    const bool isNew = calls_("mkdirat", [&] { return ::mkdirat(folder, name.c_str(), 0700); }) == 0;
+    const bool isNew = uninterrupted([&] { return ::mkdirat(folder, name.c_str(), 0700); }) == 0;
     if (!isNew && errno != EEXIST) return lastError();
-    if (const std::error_code error = isNew ? flushFolder(calls_, folder) : std::error_code()) return error;
+    if (const std::error_code error = isNew ? flushFolder(folder) : std::error_code()) return error;
     FileDescriptor opened(
-        calls_("openat", [&] { return ::openat(folder, name.c_str(), passingFlags | O_NOFOLLOW); }));
+        uninterrupted([&] { return ::openat(folder, name.c_str(), passingFlags | O_NOFOLLOW); }));
     struct stat status {};
     if (!opened || ::fstat(opened.number(), &status) != 0) return lastError();
     if (status.st_uid != ::geteuid()) return std::make_error_code(std::errc::permission_denied);
-    return TrashCan::open(calls_, std::move(opened), topFolder);
+    return TrashCan::open(std::move(opened), topFolder);
 }
 
 }  // namespace vantrel

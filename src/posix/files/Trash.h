@@ -6,7 +6,6 @@
 
 #include "base/Result.h"
 #include "posix/files/Mounts.h"
-#include "posix/files/SystemCalls.h"
 #include "posix/files/TrashCan.h"
 
 namespace vantrel {
@@ -27,8 +26,7 @@ public:
     /// $XDG_DATA_HOME where it is absolute, else .local/share in the user's home folder.
     static Settings userSettings();
 
-    explicit Trash(Settings settings, SystemCalls calls = {})
-        : settings_(std::move(settings)), calls_(std::move(calls)) {}
+    explicit Trash(Settings settings) : settings_(std::move(settings)) {}
 
     /// `path` is absolute and without "." and ".."; a link is trashed itself. invalid_argument for the trash,
     /// for what lies directly in it and for the folders around it, operation_not_supported where no trash is
@@ -42,7 +40,6 @@ private:
     Result<TrashCan> openOwnCan(int folder, const std::string& name, const std::string& topFolder) const;
 
     Settings settings_;
-    SystemCalls calls_;
 };
 
 }  // namespace vantrel

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "base/Paths.h"
+#include "base/SystemCall.h"
 #include "posix/files/ExclusiveRename.h"
 #include "posix/files/WrittenFiles.h"
 
@@ -22,14 +23,14 @@ namespace {
 constexpr std::string_view infoSuffix = ".trashinfo";
 constexpr int mostAttempts = 100'000;
 
-Result<FileDescriptor> openOwnFolder(const SystemCalls& calls, int folder, const char* name) {
-    const bool isNew = calls("mkdirat", [&] { return ::mkdirat(folder, name, 0700); }) == 0;
+Result<FileDescriptor> openOwnFolder(int folder, const char* name) {
+    const bool isNew = uninterrupted([&] { return ::mkdirat(folder, name, 0700); }) == 0;
     if (!isNew && errno != EEXIST) return lastError();
-    if (const std::error_code error = isNew ? flushFolder(calls, folder) : std::error_code()) return error;
-    FileDescriptor opened(calls(
-        "openat", [&] { return ::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    if (const std::error_code error = isNew ? flushFolder(folder) : std::error_code()) return error;
+    FileDescriptor opened(uninterrupted(
+        [&] { return ::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
     struct stat status {};
-    if (!opened || calls("fstat", [&] { return ::fstat(opened.number(), &status); }) != 0) return lastError();
+    if (!opened || uninterrupted([&] { return ::fstat(opened.number(), &status); }) != 0) return lastError();
     if (status.st_uid != ::geteuid()) return std::make_error_code(std::errc::permission_denied);
     return opened;
 }
@@ -54,23 +55,21 @@ std::string_view shortened(std::string_view text, std::size_t limit) {
     return text.substr(0, limit);
 }
 
-std::error_code writeNewFile(const SystemCalls& calls, int folder, const std::string& name,
-                             const std::string& content) {
-    FileDescriptor file(calls("openat", [&] {
+std::error_code writeNewFile(int folder, const std::string& name, const std::string& content) {
+    FileDescriptor file(uninterrupted([&] {
         return ::openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     }));
     if (!file) return lastError();
     std::error_code error;
     for (std::string_view rest = content; !rest.empty() && !error;) {
-        const ssize_t count =
-            calls("write", [&] { return ::write(file.number(), rest.data(), rest.size()); });
+        const ssize_t count = uninterrupted([&] { return ::write(file.number(), rest.data(), rest.size()); });
         if (count < 0) error = lastError();
         if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
     }
-    if (!error) error = flushFile(calls, file.number());
+    if (!error) error = flushFile(file.number());
     if (::close(file.release()) != 0 && !error) error = lastError();
-    if (!error) error = flushFile(calls, folder);
-    if (error) calls("unlinkat", [&] { return ::unlinkat(folder, name.c_str(), 0); });
+    if (!error) error = flushFile(folder);
+    if (error) uninterrupted([&] { return ::unlinkat(folder, name.c_str(), 0); });
     return error;
 }
 
@@ -88,11 +87,11 @@ std::string trashName(const std::string& name, int attempt, std::size_t limit) {
     return std::string(shortened(stem, limit - end.size())) + end;
 }
 
-Result<TrashCan> TrashCan::open(const SystemCalls& calls, FileDescriptor folder, std::string topFolder) {
+Result<TrashCan> TrashCan::open(FileDescriptor folder, std::string topFolder) {
     TrashCan can(std::move(folder), std::move(topFolder));
-    Result<FileDescriptor> files = openOwnFolder(calls, can.folder_.number(), "files");
+    Result<FileDescriptor> files = openOwnFolder(can.folder_.number(), "files");
     if (!files) return files.error();
-    Result<FileDescriptor> info = openOwnFolder(calls, can.folder_.number(), "info");
+    Result<FileDescriptor> info = openOwnFolder(can.folder_.number(), "info");
     if (!info) return info.error();
     can.files_ = std::move(files.value());
     can.info_ = std::move(info.value());
@@ -115,20 +114,18 @@ std::string TrashCan::infoFor(const std::string& path) const {
 }
 
 /// Gives the item its name in the can and waits until that is on the disk.
-std::error_code TrashCan::rename(const SystemCalls& calls, const ItemPlace& item,
-                                 const std::string& name) const {
+std::error_code TrashCan::rename(const ItemPlace& item, const std::string& name) const {
     const int folder = item.folder.number();
-    std::error_code error = renameExclusively(calls, folder, item.name, files_.number(), name);
+    std::error_code error = renameExclusively(folder, item.name, files_.number(), name);
     if (error) return error;
-    error = flushFile(calls, files_.number());
-    if (!error) error = flushFolder(calls, folder);
+    error = flushFile(files_.number());
+    if (!error) error = flushFolder(folder);
     if (!error) return {};
-    const auto stays = renameExclusively(calls, files_.number(), name, folder, item.name);
+    const auto stays = renameExclusively(files_.number(), name, folder, item.name);
     return stays ? std::error_code() : error;
 }
 
-std::error_code TrashCan::put(const SystemCalls& calls, const ItemPlace& item,
-                              const std::string& path) const {
+std::error_code TrashCan::put(const ItemPlace& item, const std::string& path) const {
     if (holds(item.folder)) return std::make_error_code(std::errc::invalid_argument);
     const long longest = ::fpathconf(info_.number(), _PC_NAME_MAX);
     const std::size_t limit = static_cast<std::size_t>(longest > 0 ? longest : NAME_MAX) - infoSuffix.size();
@@ -136,12 +133,12 @@ std::error_code TrashCan::put(const SystemCalls& calls, const ItemPlace& item,
     for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
         const std::string name = trashName(item.name, attempt, limit);
         const std::string infoName = name + std::string(infoSuffix);
-        std::error_code error = writeNewFile(calls, info_.number(), infoName, info);
+        std::error_code error = writeNewFile(info_.number(), infoName, info);
         if (error == std::errc::file_exists) continue;
         if (error) return error;
-        error = rename(calls, item, name);
+        error = rename(item, name);
         if (!error) return {};
-        calls("unlinkat", [&] { return ::unlinkat(info_.number(), infoName.c_str(), 0); });
+        uninterrupted([&] { return ::unlinkat(info_.number(), infoName.c_str(), 0); });
         // A file without its info, left behind by somebody, keeps its name.
         if (error != std::errc::file_exists) return error;
     }

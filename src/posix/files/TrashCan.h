@@ -5,7 +5,6 @@
 #include "base/FileDescriptor.h"
 #include "base/Result.h"
 #include "posix/files/ItemPlace.h"
-#include "posix/files/SystemCalls.h"
 
 namespace vantrel {
 
@@ -15,18 +14,18 @@ public:
     /// Opens the can in a folder that is there, and makes what is missing in it. Refuses what belongs to
     /// somebody else and links in place of its folders (permission_denied). `topFolder` is what paths in it
     /// are relative to; empty for absolute ones.
-    static Result<TrashCan> open(const SystemCalls& calls, FileDescriptor folder, std::string topFolder);
+    static Result<TrashCan> open(FileDescriptor folder, std::string topFolder);
 
     /// Renames the item into the can, after its info file was written under a name that nothing in the can
     /// has; the info is on the disk before the item is in the can, and that is when this returns. `path` is
     /// the item's absolute path without links. On failure the item is where it was and the can as it was.
-    std::error_code put(const SystemCalls& calls, const ItemPlace& item, const std::string& path) const;
+    std::error_code put(const ItemPlace& item, const std::string& path) const;
 
 private:
     TrashCan(FileDescriptor folder, std::string topFolder)
         : folder_(std::move(folder)), topFolder_(std::move(topFolder)) {}
 
-    std::error_code rename(const SystemCalls& calls, const ItemPlace& item, const std::string& name) const;
+    std::error_code rename(const ItemPlace& item, const std::string& name) const;
     bool holds(const FileDescriptor& folder) const;
     std::string infoFor(const std::string& path) const;
 

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "base/SystemCall.h"
 #include "posix/files/FileCopy.h"
 #include "posix/files/FolderStack.h"
 #include "posix/files/ItemPlace.h"
@@ -17,11 +18,7 @@ namespace {
 class TreeCopy {
 public:
     TreeCopy(const CopyTask& task, int folder, int newFolder)
-        : task_(task),
-          calls_(task.calls),
-          original_(calls_, folder),
-          copy_(calls_, newFolder),
-          mount_(mountOf(folder)) {}
+        : task_(task), original_(folder), copy_(newFolder), mount_(mountOf(folder)) {}
 
     std::error_code run(const std::string& name, const std::string& newName) {
         if (const std::error_code error = enter(name, newName)) return error;
@@ -35,7 +32,7 @@ public:
 
 private:
     std::error_code enter(const std::string& name, const std::string& newName) {
-        if (calls_("mkdirat", [&] { return ::mkdirat(copy_.current(), newName.c_str(), 0700); }) != 0) {
+        if (uninterrupted([&] { return ::mkdirat(copy_.current(), newName.c_str(), 0700); }) != 0) {
             return lastError();
         }
         if (const std::error_code error = original_.enter(name)) return error;
@@ -54,9 +51,8 @@ private:
         if (mountOf(original_.current()) != mount_)
             return std::make_error_code(std::errc::device_or_resource_busy);
         if (original_.status().st_uid == ::geteuid()) return {};
-        const int answer = calls_("faccessat", [&] {
-            return ::faccessat(original_.current(), ".", R_OK | W_OK | X_OK, AT_EACCESS);
-        });
+        const int answer = uninterrupted(
+            [&] { return ::faccessat(original_.current(), ".", R_OK | W_OK | X_OK, AT_EACCESS); });
         return answer == 0 ? std::error_code() : lastError();
     }
 
@@ -64,7 +60,7 @@ private:
         if (const std::error_code error = task_.goOn()) return error;
         const std::string name = std::move(remaining_.back().back());
         remaining_.back().pop_back();
-        const Result<struct stat> status = statusOf(calls_, original_.current(), name);
+        const Result<struct stat> status = statusOf(original_.current(), name);
         if (!status) {
             const bool hasVanished = status.error() == std::errc::no_such_file_or_directory;
             return hasVanished ? std::error_code() : status.error();
@@ -79,7 +75,7 @@ private:
 
     std::error_code finishFolder() {
         remaining_.pop_back();
-        const auto error = copyAttributes(calls_, original_.current(), original_.status(), copy_.current());
+        const auto error = copyAttributes(original_.current(), original_.status(), copy_.current());
         if (error) return error;
         if (const std::error_code refused = task_.written.addFolder(copy_.current())) return refused;
         if (task_.isMove()) task_.record->finishFolder();
@@ -88,7 +84,6 @@ private:
     }
 
     const CopyTask& task_;
-    const SystemCalls& calls_;
     FolderStack original_;
     FolderStack copy_;
     std::uint64_t mount_;

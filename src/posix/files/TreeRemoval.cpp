@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "base/SystemCall.h"
 #include "posix/files/FolderStack.h"
 #include "posix/files/ItemPlace.h"
 #include "posix/files/Mounts.h"
@@ -17,8 +18,7 @@ constexpr mode_t ownersBits = 0700;
 
 class TreeRemoval {
 public:
-    TreeRemoval(const SystemCalls& calls, int folder)
-        : calls_(calls), stack_(calls, folder), mount_(mountOf(folder)) {}
+    TreeRemoval(int folder) : stack_(folder), mount_(mountOf(folder)) {}
 
     std::error_code run(const std::string& name) {
         remove(name);
@@ -49,7 +49,7 @@ private:
     }
 
     void remove(const std::string& name) {
-        const Result<struct stat> status = statusOf(calls_, stack_.current(), name);
+        const Result<struct stat> status = statusOf(stack_.current(), name);
         if (!status) {
             if (status.error() != std::errc::no_such_file_or_directory) note(status.error());
         } else if (S_ISDIR(status.value().st_mode)) {
@@ -60,17 +60,15 @@ private:
     }
 
     void unlink(const std::string& name, int flags) {
-        const int answer =
-            calls_("unlinkat", [&] { return ::unlinkat(stack_.current(), name.c_str(), flags); });
+        const int answer = uninterrupted([&] { return ::unlinkat(stack_.current(), name.c_str(), flags); });
         if (answer != 0 && errno != ENOENT) note(lastError());
     }
 
     void enter(const std::string& name, const struct stat& status) {
         // Read-only folders are emptied too. Where this is refused, what follows says so.
         if ((status.st_mode & ownersBits) != ownersBits) {
-            calls_("fchmodat", [&] {
-                return ::fchmodat(stack_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW);
-            });
+            uninterrupted(
+                [&] { return ::fchmodat(stack_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW); });
         }
         if (const std::error_code error = stack_.enter(name)) return note(error);
         open_.push_back({name, {}});
@@ -93,7 +91,6 @@ private:
         return true;
     }
 
-    const SystemCalls& calls_;
     FolderStack stack_;
     std::uint64_t mount_;
     std::vector<OpenFolder> open_;
@@ -102,16 +99,16 @@ private:
 
 }  // namespace
 
-std::error_code removeTree(const SystemCalls& calls, int folder, const std::string& name) {
-    return TreeRemoval(calls, folder).run(name);
+std::error_code removeTree(int folder, const std::string& name) {
+    return TreeRemoval(folder).run(name);
 }
 
-std::error_code removeContents(const SystemCalls& calls, int folder) {
-    const Result<std::vector<std::string>> names = namesIn(calls, folder);
+std::error_code removeContents(int folder) {
+    const Result<std::vector<std::string>> names = namesIn(folder);
     if (!names) return names.error();
     std::error_code first;
     for (const std::string& name : names.value()) {
-        const std::error_code error = removeTree(calls, folder, name);
+        const std::error_code error = removeTree(folder, name);
         if (!first) first = error;
     }
     return first;

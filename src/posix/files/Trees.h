@@ -4,9 +4,9 @@
 
 #include <cstdint>
 #include <string>
+#include <system_error>
 
 #include "posix/StopSignals.h"
-#include "posix/files/SystemCalls.h"
 #include "posix/files/TreeRecord.h"
 #include "posix/files/WrittenFiles.h"
 
@@ -14,7 +14,6 @@ namespace vantrel {
 
 /// What the making of a copy needs to know all the way down.
 struct CopyTask {
-    const SystemCalls& calls;
     WrittenFiles& written;         ///< gets everything that is made
     const StopRequested& stop;     ///< operation_canceled when it asks for the end
     TreeRecord* record = nullptr;  ///< gets the originals, where the copy is to replace them
@@ -36,9 +35,9 @@ std::error_code copyTree(const CopyTask& task, int folder, const std::string& na
 
 /// Removes an item with everything below it, read-only folders of this user too. Stops before another mount.
 /// What cannot be removed is passed over; the answer is the first reason.
-std::error_code removeTree(const SystemCalls& calls, int folder, const std::string& name);
+std::error_code removeTree(int folder, const std::string& name);
 
 /// The same for all that an open folder holds.
-std::error_code removeContents(const SystemCalls& calls, int folder);
+std::error_code removeContents(int folder);
 
 }  // namespace vantrel

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+#include "base/SystemCall.h"
 #include "posix/ProcessMark.h"
 #include "posix/files/ItemPlace.h"
 #include "posix/files/Trees.h"
@@ -21,11 +22,11 @@ constexpr mode_t everybodyElse = 077;
 constexpr uid_t nobody = 65534;  // whom servers call the root of another machine
 
 /// Whether an open folder can be the one that this process has just made in `parent`.
-bool isOwn(const SystemCalls& calls, int parent, int folder) {
+bool isOwn(int parent, int folder) {
     struct stat status {
     }, around{};
-    if (calls("fstat", [&] { return ::fstat(folder, &status); }) != 0 ||
-        calls("fstat", [&] { return ::fstat(parent, &around); }) != 0 || status.st_dev != around.st_dev) {
+    if (uninterrupted([&] { return ::fstat(folder, &status); }) != 0 ||
+        uninterrupted([&] { return ::fstat(parent, &around); }) != 0 || status.st_dev != around.st_dev) {
         return false;
     }
     const bool isOurs = status.st_uid == ::geteuid();
@@ -40,10 +41,10 @@ std::string_view Workplace::prefixOf(Purpose purpose) {
     return purpose == Purpose::copy ? ".vantrel-copy-" : ".vantrel-original-";
 }
 
-Result<Workplace> Workplace::make(const SystemCalls& calls, int folder, Purpose purpose) {
-    Workplace made(calls, folder, purpose, std::string(prefixOf(purpose)) + processMark());
+Result<Workplace> Workplace::make(int folder, Purpose purpose) {
+    Workplace made(folder, purpose, std::string(prefixOf(purpose)) + processMark());
     const char* const name = made.name_.c_str();
-    if (calls("mkdirat", [&] { return ::mkdirat(folder, name, 0700); }) != 0) {
+    if (uninterrupted([&] { return ::mkdirat(folder, name, 0700); }) != 0) {
         const std::error_code error = lastError();
         made.name_.clear();
         return error;
@@ -54,16 +55,16 @@ Result<Workplace> Workplace::make(const SystemCalls& calls, int folder, Purpose 
 
 std::error_code Workplace::open() {
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-    FileDescriptor opened((*calls_)("openat", [&] { return ::openat(folder_, name_.c_str(), flags); }));
+    FileDescriptor opened(uninterrupted([&] { return ::openat(folder_, name_.c_str(), flags); }));
     if (!opened) return lastError();
-    if (!isOwn(*calls_, folder_, opened.number())) return std::make_error_code(std::errc::permission_denied);
+    if (!isOwn(folder_, opened.number())) return std::make_error_code(std::errc::permission_denied);
     own_ = std::move(opened);
     // A sign of life for others; the name tells the same where locks do not work.
-    (*calls_)("flock", [&] { return ::flock(own_.number(), LOCK_EX | LOCK_NB); });
+    uninterrupted([&] { return ::flock(own_.number(), LOCK_EX | LOCK_NB); });
     // What the folder around hands down to everything made in it is not meant for a copy with its own access.
     for (const char* const list : {"system.posix_acl_default", "system.posix_acl_access"})
-        (*calls_)("fremovexattr", [&] { return ::fremovexattr(own_.number(), list); });
-    reserve_ = FileDescriptor((*calls_)("fcntl", [&] { return ::fcntl(own_.number(), F_DUPFD_CLOEXEC, 0); }));
+        ::fremovexattr(own_.number(), list);
+    reserve_ = FileDescriptor(::fcntl(own_.number(), F_DUPFD_CLOEXEC, 0));
     return reserve_ ? std::error_code() : lastError();
 }
 
@@ -72,9 +73,8 @@ void Workplace::remove() {
     if (name_.empty()) return;
     // An error that passes, such as a descriptor short, must not leave anything behind.
     for (int attempt = 0; attempt < 3; ++attempt) {
-        if (own_ && purpose_ == Purpose::copy) removeContents(*calls_, own_.number());
-        if ((*calls_)("unlinkat", [&] { return ::unlinkat(folder_, name_.c_str(), AT_REMOVEDIR); }) == 0)
-            break;
+        if (own_ && purpose_ == Purpose::copy) removeContents(own_.number());
+        if (uninterrupted([&] { return ::unlinkat(folder_, name_.c_str(), AT_REMOVEDIR); }) == 0) break;
     }
     name_.clear();
     own_.close();

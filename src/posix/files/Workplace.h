@@ -7,7 +7,6 @@
 
 #include "base/FileDescriptor.h"
 #include "base/Result.h"
-#include "posix/files/SystemCalls.h"
 
 namespace vantrel {
 
@@ -25,11 +24,10 @@ public:
 
     /// Makes one in an open folder, which is borrowed. permission_denied when what stands under its name is
     /// not what was made: somebody has exchanged the two.
-    static Result<Workplace> make(const SystemCalls& calls, int folder, Purpose purpose);
+    static Result<Workplace> make(int folder, Purpose purpose);
 
     Workplace(Workplace&& other) noexcept
-        : calls_(other.calls_),
-          folder_(other.folder_),
+        : folder_(other.folder_),
           purpose_(other.purpose_),
           name_(std::exchange(other.name_, {})),
           own_(std::move(other.own_)),
@@ -44,12 +42,11 @@ public:
     void remove();
 
 private:
-    Workplace(const SystemCalls& calls, int folder, Purpose purpose, std::string name)
-        : calls_(&calls), folder_(folder), purpose_(purpose), name_(std::move(name)) {}
+    Workplace(int folder, Purpose purpose, std::string name)
+        : folder_(folder), purpose_(purpose), name_(std::move(name)) {}
 
     std::error_code open();
 
-    const SystemCalls* calls_;
     int folder_;
     Purpose purpose_;
     std::string name_;  ///< empty when there is nothing to take away

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "base/SystemCall.h"
 #include "posix/files/FolderStack.h"
 #include "posix/files/VolumeKind.h"
 
@@ -21,32 +22,32 @@ bool isUnsupported(const std::error_code& error) {
            error == std::errc::operation_not_supported;
 }
 
-/// Some file systems tell of a full disk only now. Not through the gate: it must not be repeated.
+/// Some file systems report a full disk only now.
 std::error_code closed(FileDescriptor file) {
     return ::close(file.release()) == 0 ? std::error_code() : lastError();
 }
 
 }  // namespace
 
-std::error_code flushFile(const SystemCalls& calls, int file) {
-    if (calls("fsync", [&] { return ::fsync(file); }) == 0) return {};
+std::error_code flushFile(int file) {
+    if (uninterrupted([&] { return ::fsync(file); }) == 0) return {};
     const std::error_code error = lastError();
     return isUnsupported(error) ? std::error_code() : error;
 }
 
-std::error_code flushFolder(const SystemCalls& calls, int folder) {
+std::error_code flushFolder(int folder) {
     const FileDescriptor opened(
-        calls("openat", [&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+        uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (!opened) return errno == EACCES ? std::error_code() : lastError();
-    return flushFile(calls, opened.number());
+    return flushFile(opened.number());
 }
 
-WrittenFiles::WrittenFiles(const SystemCalls& calls, int folder)
-    : calls_(calls), folder_(folder), isReachedByAll_(volumeKindOf(folder) == VolumeKind::native) {}
+WrittenFiles::WrittenFiles(int folder)
+    : folder_(folder), isReachedByAll_(volumeKindOf(folder) == VolumeKind::native) {}
 
 std::error_code WrittenFiles::add(FileDescriptor file) {
     if (!isReachedByAll_) {
-        if (const std::error_code error = flushFile(calls_, file.number())) return error;
+        if (const std::error_code error = flushFile(file.number())) return error;
         return closed(std::move(file));
     }
     if (onlyAll_) return closed(std::move(file));
@@ -55,9 +56,9 @@ std::error_code WrittenFiles::add(FileDescriptor file) {
 }
 
 std::error_code WrittenFiles::addFolder(int folder) {
-    if (!isReachedByAll_) return flushFile(calls_, folder);
+    if (!isReachedByAll_) return flushFile(folder);
     if (onlyAll_) return {};
-    FileDescriptor second(calls_("fcntl", [&] { return ::fcntl(folder, F_DUPFD_CLOEXEC, 0); }));
+    FileDescriptor second(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
     if (second) return add(std::move(second));
     onlyAll_ = true;
     return {};
@@ -65,16 +66,15 @@ std::error_code WrittenFiles::addFolder(int folder) {
 
 std::error_code WrittenFiles::flush() {
     if (onlyAll_) {
-        if (calls_("syncfs", [&] { return ::syncfs(folder_); }) != 0) return lastError();
+        if (uninterrupted([&] { return ::syncfs(folder_); }) != 0) return lastError();
         return giveUpDescriptors();
     }
     // All are on their way before the first is waited for, so that it does not take much longer than one.
     for (const FileDescriptor& file : kept_) {
-        calls_("sync_file_range",
-               [&] { return ::sync_file_range(file.number(), 0, 0, SYNC_FILE_RANGE_WRITE); });
+        ::sync_file_range(file.number(), 0, 0, SYNC_FILE_RANGE_WRITE);
     }
     for (const FileDescriptor& file : kept_) {
-        if (const std::error_code error = flushFile(calls_, file.number())) return error;
+        if (const std::error_code error = flushFile(file.number())) return error;
     }
     return giveUpDescriptors();
 }

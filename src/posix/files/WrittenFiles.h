@@ -2,10 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <system_error>
 #include <vector>
 
 #include "base/FileDescriptor.h"
-#include "posix/files/SystemCalls.h"
 
 namespace vantrel {
 
@@ -16,7 +16,7 @@ class WrittenFiles {
 public:
     /// `folder` lies on the file system in question and was opened before the first write to it, so that
     /// errors of writing are not missed. It is borrowed.
-    WrittenFiles(const SystemCalls& calls, int folder);
+    WrittenFiles(int folder);
 
     /// Takes over a finished file, with its attributes.
     std::error_code add(FileDescriptor file);
@@ -34,7 +34,6 @@ public:
     std::error_code giveUpDescriptors();
 
 private:
-    const SystemCalls& calls_;
     int folder_;
     bool isReachedByAll_;
     bool onlyAll_ = false;  // syncfs(2) has to do it
@@ -44,9 +43,9 @@ private:
 /// Waits until what happened to the entries of an open folder has reached the disk. The descriptor may be one
 /// that passes through only (O_PATH). No error where there is no such flushing, or where this user may not
 /// read the folder.
-std::error_code flushFolder(const SystemCalls& calls, int folder);
+std::error_code flushFolder(int folder);
 
 /// fsync(2) for a file or a folder; no error where the file system knows no such thing.
-std::error_code flushFile(const SystemCalls& calls, int file);
+std::error_code flushFile(int file);
 
 }  // namespace vantrel

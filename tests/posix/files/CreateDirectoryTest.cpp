@@ -69,7 +69,9 @@ TEST_F(CreateDirectory, takesAwayWhatItMadeWhenItFailsOnTheWay) {
     int failures = 0;
     for (test::FailingCall failing{.number = 0};; ++failing.number) {
         failing.made = 0;
-        const auto error = FileOperations(failing.calls()).createDirectory(folder.path("there/a/b"));
+        const auto error =
+            test::under(failing.plan(), [&] { return operations.createDirectory(folder.path("there/a/b")); });
+        RecordProperty("cases", failing.number);
         if (!failing.wasReached()) break;
         if (error) {
             EXPECT_EQ(error, std::errc::io_error);

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "posix/files/FileOperations.h"
+#include "support/SystemCallFaults.h"
 #include "support/TemporaryFolder.h"
 #include "support/TreeSnapshot.h"
 
@@ -24,27 +25,34 @@ struct FailingCall {
     int made = 0;
 
     bool wasReached() const { return made > number; }
-    SystemCalls calls() {
-        return SystemCalls([this](std::string_view) {
+    SystemCallFaults::Plan plan() {
+        return [this](std::string_view) {
             const int call = made++;
             return call == number || (andAllThatFollow && call > number) ? error : 0;
-        });
+        };
     }
 };
 
-/// System calls of which those with one name fail the first `times` times.
-inline SystemCalls callsFailing(std::string name, int error, int times = 1'000'000) {
-    return SystemCalls([name = std::move(name), error, times](std::string_view call) mutable {
+/// Lets the first `times` system calls of that name fail.
+inline SystemCallFaults::Plan failing(std::string name, int error, int times = 1'000'000) {
+    return [name = std::move(name), error, times](std::string_view call) mutable {
         return call == name && times-- > 0 ? error : 0;
-    });
+    };
 }
 
-/// System calls before the first of which with that name `action` happens.
-inline SystemCalls callsAfter(std::string name, std::function<void()> action) {
-    return SystemCalls([name = std::move(name), action = std::move(action)](std::string_view call) mutable {
+/// Does something just before the first system call of that name.
+inline SystemCallFaults::Plan before(std::string name, std::function<void()> action) {
+    return [name = std::move(name), action = std::move(action)](std::string_view call) mutable {
         if (call == name && action) std::exchange(action, nullptr)();
         return 0;
-    });
+    };
+}
+
+/// What an operation answers while the plan decides about its system calls.
+template <class Operation>
+auto under(SystemCallFaults::Plan plan, Operation operation) {
+    const SystemCallFaults faults(std::move(plan));
+    return operation();
 }
 
 class FileOperationsFixture : public testing::Test {
@@ -70,6 +78,13 @@ protected:
 
     /// The names of this test's folder; nothing hidden remains of any operation.
     std::vector<std::string> names() const { return namesIn(folder.path()); }
+
+    std::error_code copyUnder(SystemCallFaults::Plan plan, const std::string& from, const std::string& to) {
+        return under(std::move(plan), [&] { return operations.copyItem(from, to); });
+    }
+    std::error_code moveUnder(SystemCallFaults::Plan plan, const std::string& from, const std::string& to) {
+        return under(std::move(plan), [&] { return operations.moveItem(from, to); });
+    }
 
     FileOperations operations;
     TemporaryFolder folder;

@@ -10,12 +10,12 @@ namespace {
 
 class FileReading : public testing::Test {
 protected:
-    std::string read(const std::string& path, std::size_t limit, const SystemCalls& calls = {}) {
-        const Result<std::string> content = readFilePrefix(calls, path, limit);
+    std::string read(const std::string& path, std::size_t limit) {
+        const Result<std::string> content = readFilePrefix(path, limit);
         EXPECT_TRUE(content) << content.error().message();
         return content ? content.value() : "";
     }
-    std::error_code error(const std::string& path) { return readFilePrefix(SystemCalls(), path, 10).error(); }
+    std::error_code error(const std::string& path) { return readFilePrefix(path, 10).error(); }
 
     test::TemporaryFolder folder;
 };
@@ -39,7 +39,8 @@ TEST_F(FileReading, readsOnlyTheStartOfAHugeFile) {
 
 TEST_F(FileReading, givesWhatIsLeftOfAFileThatShrinksMeanwhile) {
     const std::string file = folder.makeFile("file", "0123456789");
-    EXPECT_EQ(read(file, 100, test::callsAfter("pread", [&] { ::truncate(file.c_str(), 4); })), "0123");
+    const auto shrinking = test::before("pread", [&] { ::truncate(file.c_str(), 4); });
+    EXPECT_EQ(test::under(shrinking, [&] { return read(file, 100); }), "0123");
 }
 
 TEST_F(FileReading, refusesWhatIsNoOrdinaryFileAtOnce) {
@@ -53,13 +54,11 @@ TEST_F(FileReading, refusesWhatIsNoOrdinaryFileAtOnce) {
 
 TEST_F(FileReading, doesNotWaitForAFifoThatTakesTheFilesPlaceMeanwhile) {
     const std::string file = folder.makeFile("file", "x");
-    const auto content = readFilePrefix(test::callsAfter("openat",
-                                                         [&] {
-                                                             ::unlink(file.c_str());
-                                                             folder.makeFifo("file");
-                                                         }),
-                                        file, 10);
-    EXPECT_EQ(content.error(), std::errc::operation_not_supported);
+    const auto racing = test::before("openat", [&] {
+        ::unlink(file.c_str());
+        folder.makeFifo("file");
+    });
+    EXPECT_EQ(test::under(racing, [&] { return error(file); }), std::errc::operation_not_supported);
 }
 
 TEST_F(FileReading, obeysPermissions) {
@@ -71,7 +70,7 @@ TEST_F(FileReading, obeysPermissions) {
 
 TEST_F(FileReading, saysWhyAReadFailed) {
     const std::string file = folder.makeFile("file", "x");
-    EXPECT_EQ(readFilePrefix(test::callsFailing("pread", EIO), file, 10).error(), std::errc::io_error);
+    EXPECT_EQ(test::under(test::failing("pread", EIO), [&] { return error(file); }), std::errc::io_error);
 }
 
 }  // namespace

@@ -56,8 +56,10 @@ TEST_F(DeepTree, isCopiedAndMovedAndTrashed) {
     ASSERT_TRUE(isWhole(folder.path("tree")));
     ASSERT_EQ(operations.copyItem(folder.path("tree"), folder.path("copy")), std::error_code());
     EXPECT_TRUE(isWhole(folder.path("copy")));
-    const FileOperations across(test::callsFailing("renameat2", EXDEV, 1));
-    ASSERT_EQ(across.moveItem(folder.path("copy"), folder.path("moved")), std::error_code());
+    const auto across = test::failing("renameat2", EXDEV, 1);
+    ASSERT_EQ(
+        test::under(across, [&] { return operations.moveItem(folder.path("copy"), folder.path("moved")); }),
+        std::error_code());
     EXPECT_TRUE(isWhole(folder.path("moved")));
     ASSERT_EQ(Trash({.dataHome = folder.path("data")}).put(folder.path("moved")), std::error_code());
     EXPECT_TRUE(isWhole(folder.path("data/Trash/files/moved")));
@@ -68,7 +70,7 @@ TEST_F(DeepTree, isCopiedAndMovedAndTrashed) {
 TEST_F(DeepTree, isRemoved) {
     const Result<FileDescriptor> place = openPath(folder.path(), O_PATH | O_DIRECTORY);
     ASSERT_TRUE(place);
-    EXPECT_EQ(removeTree(SystemCalls(), place.value().number(), "tree"), std::error_code());
+    EXPECT_EQ(removeTree(place.value().number(), "tree"), std::error_code());
     EXPECT_THAT(test::namesIn(folder.path()), testing::IsEmpty());
 }
 

@@ -20,8 +20,10 @@ protected:
         return operations.moveItem(folder.path(from), folder.path(to));
     }
 
-    /// Operations to which both places seem to lie on different file systems.
-    static FileOperations acrossFileSystems() { return FileOperations(callsFailing("renameat2", EXDEV, 1)); }
+    /// A move between places that seem to lie on different file systems.
+    std::error_code moveAcross(const std::string& from, const std::string& to) {
+        return moveUnder(failing("renameat2", EXDEV, 1), from, to);
+    }
 };
 
 TEST_F(MoveItem, renamesEveryKindOfItem) {
@@ -46,8 +48,7 @@ TEST_F(MoveItem, neverReplacesAnything) {
     for (const char* const source : {"tree", "tree/file", "tree/link"}) {
         for (const char* const target : {"taken", "takenLink", "takenFolder", "takenFolder/"}) {
             EXPECT_EQ(move(source, target), std::errc::file_exists) << source << " " << target;
-            EXPECT_EQ(acrossFileSystems().moveItem(folder.path(source), folder.path(target)),
-                      std::errc::file_exists);
+            EXPECT_EQ(moveAcross(folder.path(source), folder.path(target)), std::errc::file_exists);
         }
     }
     EXPECT_EQ(snapshotOf(folder.path()), before);
@@ -58,15 +59,15 @@ TEST_F(MoveItem, neverReplacesAnythingWhereRenamingWithoutReplacingIsUnknown) {
     folder.makeFile("taken", "old");
     folder.makeFolder("takenFolder");
     const auto before = snapshotOf(folder.path());
-    const FileOperations old(callsFailing("renameat2", EINVAL));
+    const auto old = failing("renameat2", EINVAL);
     for (const char* const source : {"tree", "tree/nothing", "tree/file"}) {
         for (const char* const target : {"taken", "takenFolder"}) {
-            EXPECT_EQ(old.moveItem(folder.path(source), folder.path(target)), std::errc::file_exists);
+            EXPECT_EQ(moveUnder(old, folder.path(source), folder.path(target)), std::errc::file_exists);
         }
     }
     EXPECT_EQ(snapshotOf(folder.path()), before);
-    EXPECT_EQ(old.moveItem(folder.path("tree/file"), folder.path("file")), std::error_code());
-    EXPECT_EQ(old.moveItem(folder.path("tree"), folder.path("tree2")), std::error_code());
+    EXPECT_EQ(moveUnder(old, folder.path("tree/file"), folder.path("file")), std::error_code());
+    EXPECT_EQ(moveUnder(old, folder.path("tree"), folder.path("tree2")), std::error_code());
     EXPECT_THAT(names(), ElementsAre("file", "taken", "takenFolder", "tree2"));
 }
 
@@ -123,11 +124,11 @@ TEST_F(MoveItem, acrossFileSystemsCopiesAndRemoves) {
     const std::string tree = makeTree();
     ::chmod(folder.path("tree/inner").c_str(), 0500);
     const auto before = snapshotOf(tree);
-    ASSERT_EQ(acrossFileSystems().moveItem(tree, folder.path("moved")), std::error_code());
+    ASSERT_EQ(moveAcross(tree, folder.path("moved")), std::error_code());
     EXPECT_EQ(snapshotOf(folder.path("moved")), before);
     EXPECT_THAT(names(), ElementsAre("moved"));
     for (const char* const name : {"file", "link", "dangling", "fifo"}) {
-        ASSERT_EQ(acrossFileSystems().moveItem(folder.path(std::string("moved/") + name), folder.path(name)),
+        ASSERT_EQ(moveAcross(folder.path(std::string("moved/") + name), folder.path(name)),
                   std::error_code());
     }
     EXPECT_THAT(names(), ElementsAre("dangling", "fifo", "file", "link", "moved"));
@@ -160,12 +161,12 @@ TEST_F(MoveItem, acrossFileSystemsKeepsAnOriginalThatChangesMeanwhile) {
     };
     for (const auto& change : changes) {
         // The copy is complete when everything is flushed.
-        const FileOperations racing(SystemCalls([&, changed = false](std::string_view call) mutable {
+        const auto racing = [&, changed = false](std::string_view call) mutable {
             if (call == "renameat2" && !changed) return EXDEV;
             if (call == "syncfs" && !std::exchange(changed, true)) change();
             return 0;
-        }));
-        EXPECT_EQ(racing.moveItem(tree, folder.path("moved")), std::errc::device_or_resource_busy);
+        };
+        EXPECT_EQ(moveUnder(racing, tree, folder.path("moved")), std::errc::device_or_resource_busy);
         EXPECT_THAT(names(), ElementsAre("tree"));
     }
     EXPECT_EQ(contentOf(folder.path("tree/inner/new")), "arrived late");
@@ -174,12 +175,12 @@ TEST_F(MoveItem, acrossFileSystemsKeepsAnOriginalThatChangesMeanwhile) {
 TEST_F(MoveItem, acrossFileSystemsTakesTheCopyBackWhenTheOriginalCannotBeRemoved) {
     const std::string tree = makeTree();
     const auto before = snapshotOf(tree);
-    const FileOperations locked(SystemCalls{[renames = 0](std::string_view call) mutable {
+    const auto locked = [renames = 0](std::string_view call) mutable {
         if (call != "renameat2") return 0;
         ++renames;
         return renames == 1 ? EXDEV : renames == 3 ? EACCES : 0;  // the second one puts the copy in place
-    }});
-    EXPECT_EQ(locked.moveItem(tree, folder.path("moved")), std::errc::permission_denied);
+    };
+    EXPECT_EQ(moveUnder(locked, tree, folder.path("moved")), std::errc::permission_denied);
     EXPECT_EQ(snapshotOf(tree), before);
     EXPECT_THAT(names(), ElementsAre("tree"));
 }
@@ -187,7 +188,7 @@ TEST_F(MoveItem, acrossFileSystemsTakesTheCopyBackWhenTheOriginalCannotBeRemoved
 TEST_F(MoveItem, acrossFileSystemsRefusesFoldersThatItCouldNotEmpty) {
     if (::geteuid() == 0) GTEST_SKIP() << "root may empty everything";
     const std::string rootsFolder = "/usr/share/doc/libc6";
-    EXPECT_EQ(acrossFileSystems().moveItem(rootsFolder, folder.path("moved")), std::errc::permission_denied);
+    EXPECT_EQ(moveAcross(rootsFolder, folder.path("moved")), std::errc::permission_denied);
     EXPECT_TRUE(names().empty());
 }
 
@@ -197,6 +198,7 @@ protected:
 };
 
 TEST_F(MoveItemOften, losesNothingWhicheverSystemCallFails) {
+    int cases = 0;
     for (const bool isAcross : {false, true}) {
         for (const bool andAllThatFollow : {false, true}) {
             for (int number = 0;; ++number) {
@@ -205,12 +207,12 @@ TEST_F(MoveItemOften, losesNothingWhicheverSystemCallFails) {
                 ASSERT_EQ(::rename(makeTree().c_str(), work.path("tree").c_str()), 0);
                 const auto before = snapshotOf(work.path("tree"));
                 int made = 0, renames = 0;
-                const FileOperations failing(SystemCalls([&](std::string_view call) {
+                const auto failing = [&](std::string_view call) {
                     if (isAcross && call == "renameat2" && ++renames == 1) return EXDEV;
                     const int current = made++;
                     return current == number || (andAllThatFollow && current > number) ? EIO : 0;
-                }));
-                const auto error = failing.moveItem(work.path("tree"), work.path("moved"));
+                };
+                const auto error = moveUnder(failing, work.path("tree"), work.path("moved"));
                 const bool isMoved = snapshotOf(work.path("moved")) == before;
                 // Where one call fails, taking back works; where all that follow fail too, something is left
                 // over somewhere, but one of the two is always whole and in its place.
@@ -225,9 +227,11 @@ TEST_F(MoveItemOften, losesNothingWhicheverSystemCallFails) {
                     EXPECT_THAT(namesIn(work.path()), testing::IsSubsetOf({"moved", "tree"})) << number;
                 }
                 if (made <= number) break;
+                ++cases;
             }
         }
     }
+    RecordProperty("cases", cases);
 }
 
 }  // namespace
