@@ -43,7 +43,7 @@ Result<FileDescriptor> openPath(const std::string& path, int flags, mode_t mode)
     const Result<PathLocation> location = PathLocation::of(path);
     if (!location) return location.error();
     FileDescriptor opened(uninterrupted([&] {
-        return ::openat(location.value().folder(), location.value().path(), flags | O_CLOEXEC, mode);
+        return ::openat(location->folder(), location->path(), flags | O_CLOEXEC, mode);
     }));
     if (!opened) return lastError();
     return opened;

@@ -17,7 +17,9 @@ public:
     T& value() { return std::get<0>(state_); }
     const T& value() const { return std::get<0>(state_); }
     T& operator*() { return value(); }
+    const T& operator*() const { return value(); }
     T* operator->() { return &value(); }
+    const T* operator->() const { return &value(); }
     std::error_code error() const { return *this ? std::error_code() : std::get<1>(state_); }
 
 private:

@@ -29,7 +29,7 @@ bool start(GAppInfo* application, const std::string& path) {
     std::string url = paths::fileUrl(path);
     GList urls{.data = url.data(), .next = nullptr, .prev = nullptr};
     const Result<FileDescriptor> folder = launching::openToEnter(paths::deletingLastComponent(path));
-    ChildSetup setup{folder ? folder.value().number() : -1};
+    ChildSetup setup{folder ? folder->number() : -1};
     const FileDescriptor null(::open("/dev/null", O_RDWR | O_CLOEXEC));
     // Without a callback for its number the child is nobody's to wait for.
     return g_desktop_app_info_launch_uris_as_manager_with_fds(

@@ -93,7 +93,7 @@ bool namesTheSame(const std::string& path, const std::string& other) {
     const auto read = [](const std::string& place, struct stat& into) {
         const Result<PathLocation> location = PathLocation::of(place);
         return location && uninterrupted([&] {
-                               return ::fstatat(location.value().folder(), location.value().path(), &into, 0);
+                               return ::fstatat(location->folder(), location->path(), &into, 0);
                            }) == 0;
     };
     return read(path, status) && read(other, otherStatus) && status.st_dev == otherStatus.st_dev &&

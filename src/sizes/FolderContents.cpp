@@ -20,12 +20,12 @@ Result<OwnFiles> readFolder(walking::DirectoryReader& reader, const std::string&
     walking::Volume volume;
     const auto folder = reader.openRoot(path, volume);
     if (!folder) return folder.error();
-    const int descriptor = folder.value().number();
+    const int descriptor = folder->number();
     const auto stream = reader.beginReading(descriptor);
     if (!stream) return stream.error();
     OwnFiles ownFiles = OwnFiles::none;
     walking::Entry entry;
-    while (reader.read(descriptor, stream.value().get())) {
+    while (reader.read(descriptor, stream->get())) {
         while (reader.next(entry)) {
             const EntryKind kind = kindOf(reader, descriptor, entry);
             if (kind == EntryKind::folder) foundFolder(entry.name);

@@ -44,7 +44,7 @@ std::error_code SizesQuestion::ask(const std::string& folder) {
     const auto ownFiles =
         readFolder(*reader, folder, [&](const std::string& name) { askFor(paths::appending(folder, name)); });
     if (!ownFiles) return ownFiles.error();
-    if (ownFiles.value() == OwnFiles::some) askForOwnFiles(folder);
+    if (*ownFiles == OwnFiles::some) askForOwnFiles(folder);
     return {};
 }
 

@@ -22,17 +22,16 @@ std::error_code requireOrdinary(const struct stat& status) {
 }  // namespace
 
 Result<std::string> readFilePrefix(const std::string& path, std::size_t limit) {
-    const Result<PathLocation> found = PathLocation::of(path);
-    if (!found) return found.error();
-    const PathLocation& location = found.value();
+    const Result<PathLocation> location = PathLocation::of(path);
+    if (!location) return location.error();
     struct stat status {};
     // Looked at first, because already the opening of a device can do something.
-    if (uninterrupted([&] { return ::fstatat(location.folder(), location.path(), &status, 0); }) != 0) {
+    if (uninterrupted([&] { return ::fstatat(location->folder(), location->path(), &status, 0); }) != 0) {
         return lastError();
     }
     if (const std::error_code error = requireOrdinary(status)) return error;
     const FileDescriptor file(uninterrupted([&] {
-        return ::openat(location.folder(), location.path(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+        return ::openat(location->folder(), location->path(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     }));
     if (!file || uninterrupted([&] { return ::fstat(file.number(), &status); }) != 0) return lastError();
     if (const std::error_code error = requireOrdinary(status)) return error;

@@ -86,7 +86,7 @@ Result<std::vector<DirectoryEntry>> PosixFileManager::contentsOfDirectory(const 
                                                                           const NameFilter& wanted) {
     const Result<DirectoryStream> stream = openStream(path);
     if (!stream) return stream.error();
-    DIR* const directory = stream.value().get();
+    DIR* const directory = stream->get();
     std::vector<DirectoryEntry> entries;
     while (const dirent* const read = nextEntry(directory)) {
         if (isSelfOrParent(read->d_name) || !wanted(read->d_name)) continue;
@@ -99,15 +99,14 @@ Result<std::vector<DirectoryEntry>> PosixFileManager::contentsOfDirectory(const 
 PathTarget PosixFileManager::targetOf(const std::string& path) {
     const Result<PathLocation> location = PathLocation::of(path);
     if (!location) return PathTarget::missing;
-    return vantrel::targetOf(statusOf(location.value().folder(), location.value().path(), 0));
+    return vantrel::targetOf(statusOf(location->folder(), location->path(), 0));
 }
 
 bool PosixFileManager::isReadable(const std::string& path) {
     const Result<PathLocation> location = PathLocation::of(path);
-    return location &&
-           uninterrupted([&] {
-               return ::faccessat(location.value().folder(), location.value().path(), R_OK, AT_EACCESS);
-           }) == 0;
+    return location && uninterrupted([&] {
+                           return ::faccessat(location->folder(), location->path(), R_OK, AT_EACCESS);
+                       }) == 0;
 }
 
 std::optional<VolumeCapacity> PosixFileManager::volumeCapacity(const std::string& path) {
@@ -118,7 +117,7 @@ std::optional<VolumeCapacity> PosixFileManager::volumeCapacity(const std::string
 #endif
     const Result<FileDescriptor> place = openPath(path, withoutReading);
     struct statvfs volume {};
-    if (!place || uninterrupted([&] { return ::fstatvfs(place.value().number(), &volume); }) != 0) {
+    if (!place || uninterrupted([&] { return ::fstatvfs(place->number(), &volume); }) != 0) {
         return std::nullopt;
     }
     const auto freeBytes = product(volume.f_bavail, volume.f_frsize);

@@ -15,7 +15,7 @@ Result<struct stat> lookAt(const std::string& path) {
     if (!location) return location.error();
     struct stat found {};
     for (const int flags : {0, AT_SYMLINK_NOFOLLOW}) {
-        if (::fstatat(location.value().folder(), location.value().path(), &found, flags) == 0) return found;
+        if (::fstatat(location->folder(), location->path(), &found, flags) == 0) return found;
     }
     return lastError();
 }
@@ -24,7 +24,7 @@ Result<FileDescriptor> openRegularFile(const std::string& path) {
     const Result<struct stat> before = lookAt(path);
     if (!before) return before.error();
     // Opening alone can rewind a tape or let a writer into a FIFO.
-    if (!S_ISREG(before.value().st_mode)) return std::make_error_code(std::errc::not_supported);
+    if (!S_ISREG(before->st_mode)) return std::make_error_code(std::errc::not_supported);
     Result<FileDescriptor> file = openPath(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!file) return file;
     struct stat opened {};

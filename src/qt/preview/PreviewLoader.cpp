@@ -67,9 +67,9 @@ public:
 
     void run() {
         const Result<struct stat> found = lookAt(request_.path);
-        if (found) content_.facts = factsOf(found.value());
+        if (found) content_.facts = factsOf(*found);
         if (stop_.stop_requested()) return;
-        if (!found || !S_ISREG(found.value().st_mode) || !showRegularFile()) show_(content_);
+        if (!found || !S_ISREG(found->st_mode) || !showRegularFile()) show_(content_);
     }
 
 private:
@@ -77,12 +77,12 @@ private:
     bool showRegularFile() {
         Result<FileDescriptor> file = openRegularFile(request_.path);
         // One byte more than is shown tells whether that is all.
-        const QByteArray beginning = file ? firstBytes(file.value(), longestText + 1, stop_) : QByteArray();
+        const QByteArray beginning = file ? firstBytes(*file, longestText + 1, stop_) : QByteArray();
         setKind(content_.facts, QMimeDatabase().mimeTypeForFileNameAndData(
                                     QString::fromStdString(paths::lastComponent(request_.path)),
                                     beginning.first(std::min(beginning.size(), mimeSample))));
         if (beginning.isEmpty()) return false;
-        StoppableFile device(std::move(file.value()), stop_);
+        StoppableFile device(std::move(*file), stop_);
         if (!device.isOpen()) return false;
         if (canDrawPages(beginning) && showPages(device)) return true;
         device.seek(0);
