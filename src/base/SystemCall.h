@@ -17,6 +17,17 @@ auto uninterrupted(Call call) {
     }
 }
 
+/// The reason for the last failed system call of this thread.
+inline std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+/// Makes a system call that gives nothing but success, again whenever a signal interrupted it.
+template <class Call>
+std::error_code outcomeOf(Call call) {
+    return uninterrupted(call) == 0 ? std::error_code() : lastError();
+}
+
 /// readdir(3), again whenever a signal interrupted it. Null with errno 0 at the end of the folder, null with
 /// the reason in errno on failure.
 inline const dirent* nextEntry(DIR* stream) {
@@ -25,11 +36,6 @@ inline const dirent* nextEntry(DIR* stream) {
         const dirent* const entry = ::readdir(stream);
         if (entry != nullptr || errno != EINTR) return entry;
     }
-}
-
-/// The reason for the last failed system call of this thread.
-inline std::error_code lastError() {
-    return {errno, std::generic_category()};
 }
 
 /// EMFILE or ENFILE: no descriptor is free in this process or on this system.

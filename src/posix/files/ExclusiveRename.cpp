@@ -16,37 +16,27 @@ namespace vantrel {
 
 namespace {
 
-struct Renaming {
-    int fromFolder;
-    const char* fromName;
-    int toFolder;
-    const char* toName;
+std::error_code rename(const ItemReference& from, const ItemReference& to) {
+    return outcomeOf([&] { return ::renameat(from.folder, from.name.c_str(), to.folder, to.name.c_str()); });
+}
 
-    std::error_code rename() const {
-        return uninterrupted([&] { return ::renameat(fromFolder, fromName, toFolder, toName); }) == 0
-                   ? std::error_code()
-                   : lastError();
-    }
+/// A folder may replace an empty folder only, so one made for the purpose reserves the name.
+std::error_code renameOverReservedFolder(const ItemReference& from, const ItemReference& to) {
+    const auto reserve = [&] { return ::mkdirat(to.folder, to.name.c_str(), 0700); };
+    if (const std::error_code taken = outcomeOf(reserve)) return taken;
+    const std::error_code error = rename(from, to);
+    if (error) unlinkItem(to, AT_REMOVEDIR);
+    return error;
+}
 
-    /// A folder may replace an empty folder only, so one made for the purpose reserves the name.
-    std::error_code overReservedFolder() const {
-        if (uninterrupted([&] { return ::mkdirat(toFolder, toName, 0700); }) != 0) return lastError();
-        const std::error_code error = rename();
-        if (error) uninterrupted([&] { return ::unlinkat(toFolder, toName, AT_REMOVEDIR); });
-        return error;
-    }
-
-    /// Unlike rename(2), link(2) refuses a name that is taken.
-    std::error_code bySecondName() const {
-        if (uninterrupted([&] { return ::linkat(fromFolder, fromName, toFolder, toName, 0); }) != 0) {
-            return lastError();
-        }
-        if (uninterrupted([&] { return ::unlinkat(fromFolder, fromName, 0); }) == 0) return {};
-        const std::error_code error = lastError();
-        uninterrupted([&] { return ::unlinkat(toFolder, toName, 0); });
-        return error;
-    }
-};
+/// Unlike rename(2), link(2) refuses a name that is taken.
+std::error_code renameBySecondName(const ItemReference& from, const ItemReference& to) {
+    const auto link = [&] { return ::linkat(from.folder, from.name.c_str(), to.folder, to.name.c_str(), 0); };
+    if (const std::error_code taken = outcomeOf(link)) return taken;
+    const std::error_code error = unlinkItem(from);
+    if (error) unlinkItem(to);
+    return error;
+}
 
 /// Whether a rename without replacing is something that the file system or the kernel does not know.
 bool isUnsupported(const std::error_code& error) {
@@ -56,46 +46,35 @@ bool isUnsupported(const std::error_code& error) {
 
 }  // namespace
 
-std::error_code renameExclusively(int fromFolder, const std::string& fromName, int toFolder,
-                                  const std::string& toName) {
-    const char* const from = fromName.c_str();
-    const char* const to = toName.c_str();
-    if (uninterrupted([&] { return ::renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE); }) == 0) {
-        return {};
-    }
-    const std::error_code error = lastError();
+std::error_code renameExclusively(const ItemReference& from, const ItemReference& to) {
+    const std::error_code error = outcomeOf([&] {
+        return ::renameat2(from.folder, from.name.c_str(), to.folder, to.name.c_str(), RENAME_NOREPLACE);
+    });
     if (!isUnsupported(error)) return error;
-    const Result<struct stat> status = statusOf(fromFolder, fromName);
+    const Result<struct stat> status = statusOf(from);
     if (!status) return status.error();
-    const Renaming renaming{fromFolder, from, toFolder, to};
-    return S_ISDIR(status.value().st_mode) ? renaming.overReservedFolder() : renaming.bySecondName();
+    return S_ISDIR(status->st_mode) ? renameOverReservedFolder(from, to) : renameBySecondName(from, to);
 }
 
-std::error_code renameBetweenFolders(int fromFolder, const std::string& fromName, int toFolder,
-                                     const std::string& toName) {
-    const std::error_code error = renameExclusively(fromFolder, fromName, toFolder, toName);
+std::error_code renameBetweenFolders(const ItemReference& from, const ItemReference& to) {
+    const std::error_code error = renameExclusively(from, to);
     if (error != std::errc::permission_denied) return error;
-    const Result<struct stat> status = statusOf(fromFolder, fromName);
-    if (!status || !S_ISDIR(status.value().st_mode) || (status.value().st_mode & S_IWUSR) != 0) return error;
-    const mode_t mode = status.value().st_mode & 07777u;
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-    const FileDescriptor item(
-        uninterrupted([&] { return ::openat(fromFolder, fromName.c_str(), flags, 0); }));
+    const Result<struct stat> status = statusOf(from);
+    if (!status || !S_ISDIR(status->st_mode) || (status->st_mode & S_IWUSR) != 0) return error;
+    const mode_t mode = status->st_mode & 07777u;
+    const FileDescriptor item = openItem(from, O_RDONLY | O_DIRECTORY);
     if (!item || uninterrupted([&] { return ::fchmod(item.number(), mode | S_IWUSR); }) != 0) return error;
-    const std::error_code again = renameExclusively(fromFolder, fromName, toFolder, toName);
+    const std::error_code again = renameExclusively(from, to);
     uninterrupted([&] { return ::fchmod(item.number(), mode); });
     flushFile(item.number());
     return again;
 }
 
-Result<std::string> renameToFreeName(int fromFolder, const std::string& fromName, int toFolder,
-                                     const std::string& toName) {
+std::error_code renameToFreeName(const ItemReference& from, const ItemReference& to) {
     constexpr int mostAttempts = 10'000;
     std::error_code error;
     for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
-        const std::string name = trashName(toName, attempt, NAME_MAX);
-        error = renameBetweenFolders(fromFolder, fromName, toFolder, name);
-        if (!error) return name;
+        error = renameBetweenFolders(from, {to.folder, trashName(to.name, attempt, NAME_MAX)});
         if (error != std::errc::file_exists) break;
     }
     return error;

@@ -22,10 +22,6 @@ namespace {
 constexpr mode_t ordinaryBits = 01777;
 constexpr mode_t identityBits = 06000;  // set user and group
 
-std::error_code outcome(int answer) {
-    return answer == 0 ? std::error_code() : lastError();
-}
-
 /// A file system without this kind of attribute is no reason to refuse the copy.
 std::error_code unlessUnsupported(const std::error_code& error) {
     const bool isUnsupported = error == std::errc::operation_not_supported ||
@@ -82,27 +78,25 @@ std::error_code copyExtendedAttributes(int from, int to) {
         const ssize_t size =
             uninterrupted([&] { return ::fgetxattr(from, name.c_str(), value.data(), value.size()); });
         if (size < 0) return unlessUnsupported(lastError());
-        return unlessUnsupported(outcome(uninterrupted(
-            [&] { return ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(size), 0); })));
+        return unlessUnsupported(outcomeOf(
+            [&] { return ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(size), 0); }));
     });
 }
 
 struct LeafCopy {
     const CopyTask& task;
-    int folder;
-    const std::string& name;
+    const ItemReference& original;
     const struct stat& status;
-    int newFolder;
-    const std::string& newName;
+    const ItemReference& copy;
 
     std::error_code file() const {
-        const FileDescriptor from = open(folder, name, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+        const FileDescriptor from = open(original, readingFlags);
         if (!from) return lastError();
         struct stat opened {};
         if (uninterrupted([&] { return ::fstat(from.number(), &opened); }) != 0) return lastError();
         if (!isSameFile(opened, status)) return std::make_error_code(std::errc::no_such_file_or_directory);
-        if (task.isMove()) task.record->add(name, opened, mayChangeUnseen(from.number(), opened));
-        FileDescriptor to = open(newFolder, newName, O_WRONLY | O_CREAT | O_EXCL);
+        if (task.isMove()) task.record->add(original.name, opened, mayChangeUnseen(from.number(), opened));
+        FileDescriptor to = open(copy, O_WRONLY | O_CREAT | O_EXCL);
         if (!to) return lastError();
         if (const auto error = copyContent(task, from.number(), to.number(), opened)) return error;
         if (const auto error = copyAttributes(from.number(), opened, to.number())) return error;
@@ -110,18 +104,14 @@ struct LeafCopy {
     }
 
     /// Descriptors that only wait for their flush make room.
-    FileDescriptor open(int place, const std::string& entry, int flags) const {
-        const auto once = [&] {
-            return FileDescriptor(uninterrupted(
-                [&] { return ::openat(place, entry.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0600); }));
-        };
-        FileDescriptor file = once();
+    FileDescriptor open(const ItemReference& item, int flags) const {
+        FileDescriptor file = openItem(item, flags);
         if (file || !isDescriptorShortage(lastError())) return file;
         if (const std::error_code error = task.written.giveUpDescriptors()) {
             errno = error.value();
             return {};
         }
-        return once();
+        return openItem(item, flags);
     }
 
     /// Whether what is written to the original from now on might leave its dates as they are.
@@ -132,51 +122,47 @@ struct LeafCopy {
     }
 
     std::error_code link() const {
-        std::vector<char> target(PATH_MAX);
-        const ssize_t size =
-            uninterrupted([&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
-        if (size < 0) return lastError();
-        const std::string text(target.data(), static_cast<std::size_t>(size));
+        const Result<std::string> target = targetOfLink(original);
+        if (!target) return target.error();
         recordUnopened();
-        if (uninterrupted([&] { return ::symlinkat(text.c_str(), newFolder, newName.c_str()); }) != 0) {
-            return lastError();
-        }
+        const auto make = [&] { return ::symlinkat(target->c_str(), copy.folder, copy.name.c_str()); };
+        if (const std::error_code error = outcomeOf(make)) return error;
         copyOwner();
         return times();
     }
 
     std::error_code node() const {
-        const mode_t kind = status.st_mode & S_IFMT;
         recordUnopened();
-        if (uninterrupted(
-                [&] { return ::mknodat(newFolder, newName.c_str(), kind | 0600, status.st_rdev); }) != 0) {
-            return lastError();
-        }
+        const mode_t ownersKind = (status.st_mode & S_IFMT) | 0600;
+        const auto make = [&] {
+            return ::mknodat(copy.folder, copy.name.c_str(), ownersKind, status.st_rdev);
+        };
+        if (const std::error_code error = outcomeOf(make)) return error;
         copyOwner();
-        const Result<struct stat> made = statusOf(newFolder, newName);
+        const Result<struct stat> made = statusOf(copy);
         if (!made) return made.error();
-        const mode_t mode = permissionsFor(status, made.value());
-        const auto error = outcome(
-            uninterrupted([&] { return ::fchmodat(newFolder, newName.c_str(), mode, AT_SYMLINK_NOFOLLOW); }));
+        const mode_t mode = permissionsFor(status, *made);
+        const auto error =
+            outcomeOf([&] { return ::fchmodat(copy.folder, copy.name.c_str(), mode, AT_SYMLINK_NOFOLLOW); });
         return unlessUnsupported(error) ? error : times();
     }
 
     void recordUnopened() const {
         task.written.addUnopened();
-        if (task.isMove()) task.record->add(name, status);
+        if (task.isMove()) task.record->add(original.name, status);
     }
 
     void copyOwner() const {
         setOwner(status, [&](uid_t user, gid_t group) {
             return uninterrupted(
-                [&] { return ::fchownat(newFolder, newName.c_str(), user, group, AT_SYMLINK_NOFOLLOW); });
+                [&] { return ::fchownat(copy.folder, copy.name.c_str(), user, group, AT_SYMLINK_NOFOLLOW); });
         });
     }
 
     std::error_code times() const {
         const auto times = timesOf(status);
-        return unlessUnsupported(outcome(uninterrupted(
-            [&] { return ::utimensat(newFolder, newName.c_str(), times.data(), AT_SYMLINK_NOFOLLOW); })));
+        return unlessUnsupported(outcomeOf(
+            [&] { return ::utimensat(copy.folder, copy.name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW); }));
     }
 };
 
@@ -194,11 +180,11 @@ std::error_code copyAttributes(int from, const struct stat& status, int to) {
         if (!lookAtCopy()) return lastError();
     }
     const mode_t mode = permissionsFor(status, copy);
-    if (const auto error = unlessUnsupported(outcome(uninterrupted([&] { return ::fchmod(to, mode); })))) {
+    if (const auto error = unlessUnsupported(outcomeOf([&] { return ::fchmod(to, mode); }))) {
         return error;
     }
     const auto times = timesOf(status);
-    return unlessUnsupported(outcome(uninterrupted([&] { return ::futimens(to, times.data()); })));
+    return unlessUnsupported(outcomeOf([&] { return ::futimens(to, times.data()); }));
 }
 
 std::string extendedAttributesOf(int item) {
@@ -214,12 +200,12 @@ std::string extendedAttributesOf(int item) {
     return error ? std::string() : all;
 }
 
-std::error_code copyLeaf(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
-                         int newFolder, const std::string& newName) {
-    const LeafCopy copy{task, folder, name, status, newFolder, newName};
-    if (S_ISREG(status.st_mode)) return copy.file();
-    if (S_ISLNK(status.st_mode)) return copy.link();
-    return copy.node();
+std::error_code copyLeaf(const CopyTask& task, const ItemReference& original, const struct stat& status,
+                         const ItemReference& copy) {
+    const LeafCopy leaf{task, original, status, copy};
+    if (S_ISREG(status.st_mode)) return leaf.file();
+    if (S_ISLNK(status.st_mode)) return leaf.link();
+    return leaf.node();
 }
 
 }  // namespace vantrel

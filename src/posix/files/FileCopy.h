@@ -9,13 +9,13 @@
 
 namespace vantrel {
 
-/// Makes a copy of one item that is no folder: `name` in `folder`, whose status was `status`. Links stay
+/// Makes a copy of one item that is no folder and whose status was `status`. Links stay
 /// links, a FIFO, socket or device becomes another one of its kind, and none of them is opened. A file is
 /// shared with its copy where the file system can do that, and keeps its holes. Owner, group, permission
 /// bits, times and extended attributes are the original's as far as the file system has them and this user
-/// may set them. `newName` must not exist. On failure there may be a part of the copy.
-std::error_code copyLeaf(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
-                         int newFolder, const std::string& newName);
+/// may set them. `copy` must not exist. On failure there may be a part of the copy.
+std::error_code copyLeaf(const CopyTask& task, const ItemReference& original, const struct stat& status,
+                         const ItemReference& copy);
 
 /// Owner, group, permission bits, times and extended attributes of an open file or folder onto another one.
 std::error_code copyAttributes(int from, const struct stat& status, int to);

@@ -17,8 +17,6 @@ namespace vantrel {
 
 namespace {
 
-constexpr int passingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-
 /// Makes or enters the folders of a path one after the other and remembers which of them it made.
 class FolderChain {
 public:
@@ -27,11 +25,9 @@ public:
     std::error_code make(const std::string& path) {
         std::error_code error = makeAll(path);
         for (auto made = made_.begin(); made != made_.end() && !error; ++made)
-            error = flushFolder(made->folder.number());
+            error = flushFolder(made->folder);
         if (error) {
-            for (auto made = made_.rbegin(); made != made_.rend(); ++made) {
-                ::unlinkat(made->folder.number(), made->name.c_str(), AT_REMOVEDIR);
-            }
+            for (auto made = made_.rbegin(); made != made_.rend(); ++made) unlinkItem(*made, AT_REMOVEDIR);
         }
         return error;
     }
@@ -57,19 +53,21 @@ private:
     }
 
     std::error_code makeOne(const FileDescriptor& folder, const std::string& name) {
-        FileDescriptor kept = open(folder.number(), ".");
+        FileDescriptor kept = openItem({folder.number(), "."}, passingFlags);
         if (!kept) return lastError();
         clearLeftovers(folder.number());
         if (uninterrupted([&] { return ::mkdirat(folder.number(), name.c_str(), mode_); }) == 0) {
-            made_.push_back({std::move(kept), name});
+            made_.emplace_back(std::move(kept), name);
         } else if (errno != EEXIST) {
             return lastError();
         }
         return {};
     }
 
-    FileDescriptor open(int folder, const std::string& name) const {
-        return FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), passingFlags); }));
+    /// Through links too: they are part of the way.
+    static FileDescriptor open(int folder, const std::string& name) {
+        return FileDescriptor(
+            uninterrupted([&] { return ::openat(folder, name.c_str(), passingFlags | O_CLOEXEC); }));
     }
 
     mode_t mode_;

@@ -16,7 +16,6 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t keptOpen = 32;
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 struct StreamCloser {
     void operator()(DIR* stream) const { ::closedir(stream); }
@@ -26,9 +25,7 @@ struct StreamCloser {
 
 std::error_code FolderStack::enter(const std::string& name) {
     Level level;
-    const auto open = [&] {
-        return FileDescriptor(uninterrupted([&] { return ::openat(current(), name.c_str(), folderFlags); }));
-    };
+    const auto open = [&] { return openItem({current(), name}, listingFlags); };
     level.folder = open();
     if (!level.folder && isDescriptorShortage(lastError()) && closeOuterFolders()) level.folder = open();
     if (!level.folder) return lastError();
@@ -43,7 +40,7 @@ std::error_code FolderStack::leave() {
     levels_.pop_back();
     if (levels_.empty() || levels_.back().folder) return {};
     Level& outer = levels_.back();
-    FileDescriptor found(uninterrupted([&] { return ::openat(left.folder.number(), "..", folderFlags); }));
+    FileDescriptor found = openItem({left.folder.number(), ".."}, listingFlags);
     struct stat status {};
     if (!found || uninterrupted([&] { return ::fstat(found.number(), &status); }) != 0) return lastError();
     if (!isSameFile(status, outer.status)) return std::make_error_code(std::errc::no_such_file_or_directory);

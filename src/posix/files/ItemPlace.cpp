@@ -1,6 +1,8 @@
 #include "posix/files/ItemPlace.h"
 
-#include <fcntl.h>
+#include <unistd.h>
+
+#include <climits>
 
 #include "base/PathLocation.h"
 #include "base/Paths.h"
@@ -11,32 +13,45 @@ namespace vantrel {
 Result<ItemPlace> placeOf(const std::string& path) {
     if (path.empty()) return std::make_error_code(std::errc::no_such_file_or_directory);
     const std::string parent = paths::deletingLastComponent(path);
-    const Result<PathLocation> location = PathLocation::of(parent.empty() ? "." : parent);
-    if (!location) return location.error();
-    FileDescriptor folder(uninterrupted([&] {
-        return ::openat(location.value().folder(), location.value().path(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    }));
-    if (!folder) return lastError();
-    return ItemPlace{std::move(folder), paths::lastComponent(path)};
+    Result<FileDescriptor> folder = openPath(parent.empty() ? "." : parent, passingFlags);
+    if (!folder) return folder.error();
+    return ItemPlace(std::move(*folder), paths::lastComponent(path));
 }
 
-Result<struct stat> statusOf(int folder, const std::string& name) {
+Result<struct stat> statusOf(const ItemReference& item) {
     struct stat status {};
-    if (uninterrupted([&] { return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW); }) != 0) {
-        return lastError();
-    }
+    const auto ask = [&] { return ::fstatat(item.folder, item.name.c_str(), &status, AT_SYMLINK_NOFOLLOW); };
+    if (const std::error_code error = outcomeOf(ask)) return error;
     return status;
 }
 
-std::error_code requireFree(int folder, const std::string& name) {
-    const Result<struct stat> status = statusOf(folder, name);
+Result<std::string> targetOfLink(const ItemReference& link) {
+    std::string target(PATH_MAX, '\0');
+    const ssize_t size = uninterrupted(
+        [&] { return ::readlinkat(link.folder, link.name.c_str(), target.data(), target.size()); });
+    if (size < 0) return lastError();
+    target.resize(static_cast<std::size_t>(size));
+    return target;
+}
+
+FileDescriptor openItem(const ItemReference& item, int flags) {
+    return FileDescriptor(uninterrupted(
+        [&] { return ::openat(item.folder, item.name.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0600); }));
+}
+
+std::error_code unlinkItem(const ItemReference& item, int flags) {
+    return outcomeOf([&] { return ::unlinkat(item.folder, item.name.c_str(), flags); });
+}
+
+std::error_code requireFree(const ItemReference& item) {
+    const Result<struct stat> status = statusOf(item);
     if (status) return std::make_error_code(std::errc::file_exists);
     if (status.error() != std::errc::no_such_file_or_directory) return status.error();
     return {};
 }
 
-bool isGone(int folder, const std::string& name) {
-    return statusOf(folder, name).error() == std::errc::no_such_file_or_directory;
+bool isGone(const ItemReference& item) {
+    return statusOf(item).error() == std::errc::no_such_file_or_directory;
 }
 
 }  // namespace vantrel

@@ -1,19 +1,30 @@
 #pragma once
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <string>
+#include <system_error>
+#include <utility>
 
 #include "base/FileDescriptor.h"
 #include "base/Result.h"
 
 namespace vantrel {
 
-/// An item, there or not, as the open folder that holds it and its name there. What is done to the pair stays
-/// in that folder, whatever happens to the folder's path meanwhile.
-struct ItemPlace {
-    FileDescriptor folder;
+/// An item, there or not, as an open folder, which is borrowed, and the item's name in it. What is done to
+/// the pair stays in that folder, whatever happens to the folder's path meanwhile.
+struct ItemReference {
+    int folder = -1;
     std::string name;
+};
+
+/// The same, and keeps the folder open.
+struct ItemPlace : ItemReference {
+    ItemPlace(FileDescriptor opened, std::string itsName)
+        : ItemReference{opened.number(), std::move(itsName)}, keptOpen(std::move(opened)) {}
+
+    FileDescriptor keptOpen;
 };
 
 /// Opens the folder that holds `path`'s last component; slashes at the end do not count. `path` is of any
@@ -21,13 +32,29 @@ struct ItemPlace {
 Result<ItemPlace> placeOf(const std::string& path);
 
 /// The item's own status: a link is not followed.
-Result<struct stat> statusOf(int folder, const std::string& name);
+Result<struct stat> statusOf(const ItemReference& item);
+
+/// Where a link leads.
+Result<std::string> targetOfLink(const ItemReference& link);
+
+/// How to open a folder to list it, a folder only to get at what is in it, and a file without waiting for the
+/// other end of a FIFO.
+constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_NONBLOCK;
+constexpr int passingFlags = O_PATH | O_DIRECTORY;
+constexpr int readingFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY;
+
+/// Opens the item itself: a link is not followed. O_CLOEXEC is added; a new file is its owner's alone. Holds
+/// nothing on failure, and the reason is in errno.
+FileDescriptor openItem(const ItemReference& item, int flags);
+
+/// unlinkat(2).
+std::error_code unlinkItem(const ItemReference& item, int flags = 0);
 
 /// Nothing when the name is free in that folder; file_exists when it is taken, also by a dangling link.
-std::error_code requireFree(int folder, const std::string& name);
+std::error_code requireFree(const ItemReference& item);
 
 /// Whether nothing has that name in that folder.
-bool isGone(int folder, const std::string& name);
+bool isGone(const ItemReference& item);
 
 inline bool isSameFile(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;

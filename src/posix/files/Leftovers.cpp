@@ -33,7 +33,7 @@ constexpr std::time_t longestMoment = 60;  // seconds
 
 /// A workplace, as far as its name goes.
 struct Leftover {
-    std::string name;
+    ItemReference place;
     Workplace::Purpose purpose;
     MarkedProcess owner;
 };
@@ -49,44 +49,41 @@ bool isOwn(const struct stat& status, VolumeKind kind) {
            (kind == VolumeKind::foreign || (status.st_mode & everybodyElse) == 0);
 }
 
-void clear(int folder, VolumeKind kind, const Leftover& leftover) {
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    const FileDescriptor place(
-        uninterrupted([&] { return ::openat(folder, leftover.name.c_str(), flags, 0); }));
+void clear(const Leftover& leftover, VolumeKind kind) {
+    const FileDescriptor opened = openItem(leftover.place, listingFlags);
     struct stat status {};
-    if (!place || uninterrupted([&] { return ::fstat(place.number(), &status); }) != 0) return;
-    if (!isOwn(status, kind) ||
-        uninterrupted([&] { return ::flock(place.number(), LOCK_EX | LOCK_NB); }) != 0) {
-        return;
-    }
+    if (!opened || uninterrupted([&] { return ::fstat(opened.number(), &status); }) != 0) return;
+    const auto lock = [&] { return ::flock(opened.number(), LOCK_EX | LOCK_NB); };
+    if (!isOwn(status, kind) || uninterrupted(lock) != 0) return;
     if (leftover.owner != MarkedProcess::ended && !isOld(status)) return;
-    const Result<struct stat> named = statusOf(folder, leftover.name);
-    if (!named || !isSameFile(named.value(), status)) return;
+    const Result<struct stat> named = statusOf(leftover.place);
+    if (!named || !isSameFile(*named, status)) return;
     if (leftover.purpose == Workplace::Purpose::copy) {
-        removeContents(place.number());
-    } else if (const auto names = namesIn(place.number())) {
-        for (const std::string& name : names.value())
-            (void)renameToFreeName(place.number(), name, folder, name);
+        removeContents(opened.number());
+    } else if (const auto names = namesIn(opened.number())) {
+        for (const std::string& name : *names)
+            (void)renameToFreeName({opened.number(), name}, {leftover.place.folder, name});
     }
-    uninterrupted([&] { return ::unlinkat(folder, leftover.name.c_str(), AT_REMOVEDIR); });
+    unlinkItem(leftover.place, AT_REMOVEDIR);
 }
 
 /// An original set aside under a hidden name. It carries no lock, so the process must be known to have ended.
-void giveNameBack(int folder, const std::string& hidden) {
-    const std::size_t equals = hidden.find('=');
-    if (equals == std::string::npos || equals + 1 == hidden.size()) return;
-    const std::string_view mark = std::string_view(hidden).substr(0, equals).substr(asidePrefix.size());
+void giveNameBack(const ItemReference& hidden) {
+    const std::size_t equals = hidden.name.find('=');
+    if (equals == std::string::npos || equals + 1 == hidden.name.size()) return;
+    const std::string_view mark = std::string_view(hidden.name).substr(0, equals).substr(asidePrefix.size());
     if (processOf(mark) == MarkedProcess::ended)
-        (void)renameToFreeName(folder, hidden, folder, hidden.substr(equals + 1));
+        (void)renameToFreeName(hidden, {hidden.folder, hidden.name.substr(equals + 1)});
 }
 
-void clear(int folder, VolumeKind kind, const std::string& name) {
-    if (name.starts_with(asidePrefix)) return giveNameBack(folder, name);
+void clearIfOurs(const ItemReference& item, VolumeKind kind) {
+    const std::string_view name = item.name;
+    if (name.starts_with(asidePrefix)) return giveNameBack(item);
     for (const auto purpose : {Workplace::Purpose::copy, Workplace::Purpose::original}) {
         const std::string_view prefix = Workplace::prefixOf(purpose);
         if (!name.starts_with(prefix)) continue;
-        const MarkedProcess owner = processOf(std::string_view(name).substr(prefix.size()));
-        if (owner != MarkedProcess::running) clear(folder, kind, Leftover{name, purpose, owner});
+        const MarkedProcess owner = processOf(name.substr(prefix.size()));
+        if (owner != MarkedProcess::running) clear(Leftover{item, purpose, owner}, kind);
     }
 }
 
@@ -108,12 +105,11 @@ std::vector<std::string> ourNamesIn(int folder) {
 }  // namespace
 
 void clearLeftovers(int folder) {
-    FileDescriptor listed(
-        uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    FileDescriptor listed = openItem({folder, "."}, listingFlags);
     if (!listed) return;
     const VolumeKind kind = volumeKindOf(listed.number());
     if (kind == VolumeKind::unknown) return;
-    for (const std::string& name : ourNamesIn(listed.release())) clear(folder, kind, name);
+    for (const std::string& name : ourNamesIn(listed.release())) clearIfOurs({folder, name}, kind);
 }
 
 std::string nameAside(const std::string& name) {

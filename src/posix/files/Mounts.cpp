@@ -62,11 +62,10 @@ std::uint64_t mountOf(int folder) {
 
 Result<Mount> findMount(int folder, const std::string& path) {
     Mount mount{.number = mountOf(folder), .topFolder = path, .keepsTrash = false};
-    constexpr int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-    FileDescriptor place(uninterrupted([&] { return ::openat(folder, ".", flags); }));
+    FileDescriptor place = openItem({folder, "."}, passingFlags);
     if (!place) return lastError();
     while (mount.topFolder != "/") {
-        FileDescriptor above(uninterrupted([&] { return ::openat(place.number(), "..", flags); }));
+        FileDescriptor above = openItem({place.number(), ".."}, passingFlags);
         if (!above) return lastError();
         if (mountOf(above.number()) != mount.number) break;
         mount.topFolder = paths::deletingLastComponent(mount.topFolder);

@@ -21,12 +21,6 @@ namespace vantrel {
 
 namespace {
 
-constexpr int readingFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-
-FileDescriptor openForReading(int folder, const std::string& name) {
-    return FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), readingFlags, 0); }));
-}
-
 /// As many bytes as there are up to the size of the buffer; fewer at the end of the file only.
 std::optional<std::size_t> fill(int file, off_t offset, std::vector<char>& buffer) {
     std::size_t filled = 0;
@@ -72,17 +66,17 @@ protected:
         : record_(record), top_(top), stack_(top.folder) {}
 
     bool isTop(const TreeRecord::Entry& entry) const { return &entry == &record_.top(); }
-    const std::string& nameOf(const TreeRecord::Entry& entry) const {
-        return isTop(entry) ? top_.name : entry.name;
+    ItemReference itemOf(const TreeRecord::Entry& entry) const {
+        return {stack_.current(), isTop(entry) ? top_.name : entry.name};
     }
 
     /// Into a folder, which must hold the names that the record has of it.
     std::error_code enterUnchanged(const TreeRecord::Entry& entry, std::size_t index) {
-        if (const std::error_code error = stack_.enter(nameOf(entry))) return error;
+        if (const std::error_code error = stack_.enter(itemOf(entry).name)) return error;
         Result<std::vector<std::string>> names = stack_.names();
         if (!names) return names.error();
-        std::ranges::sort(names.value());
-        return unlessChanged(names.value() == record_.namesBelow(index));
+        std::ranges::sort(*names);
+        return unlessChanged(*names == record_.namesBelow(index));
     }
 
     const TreeRecord& record_;
@@ -101,15 +95,14 @@ public:
     }
 
     std::error_code leaf(const TreeRecord::Entry& entry) const {
-        const Result<struct stat> status = statusOf(stack_.current(), nameOf(entry));
+        const ItemReference item = itemOf(entry);
+        const Result<struct stat> status = statusOf(item);
         if (!status) return status.error();
-        if (!entry.state.isUnchanged(ItemState::of(status.value()))) return busy();
+        if (!entry.state.isUnchanged(ItemState::of(*status))) return busy();
         struct statx extended {};
         const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
-        if (uninterrupted(
-                [&] { return ::statx(stack_.current(), nameOf(entry).c_str(), flags, 0, &extended); }) != 0) {
-            return {};  // then removing it will tell
-        }
+        const auto ask = [&] { return ::statx(item.folder, item.name.c_str(), flags, 0, &extended); };
+        if (uninterrupted(ask) != 0) return {};  // then removing it will tell
         const bool isFixed = (extended.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
         return isFixed ? std::make_error_code(std::errc::operation_not_permitted) : std::error_code();
     }
@@ -125,8 +118,8 @@ public:
         if (const std::error_code error = enterBoth(entry)) return error;
         Result<std::vector<std::string>> names = original_.names();
         if (!names) return names.error();
-        std::ranges::sort(names.value());
-        if (names.value() != record_.namesBelow(index)) return busy();
+        std::ranges::sort(*names);
+        if (*names != record_.namesBelow(index)) return busy();
         return unlessChanged(!isTop(entry) ||
                              extendedAttributesOf(original_.current()) == record_.topAttributes);
     }
@@ -141,34 +134,25 @@ public:
 
 private:
     std::error_code compareState(const TreeRecord::Entry& entry) const {
-        const Result<struct stat> status = statusOf(original_.current(), nameOf(entry));
+        const Result<struct stat> status = statusOf(originalOf(entry));
         if (!status) return status.error();
-        const ItemState now = ItemState::of(status.value());
+        const ItemState now = ItemState::of(*status);
         return unlessChanged(isTop(entry) ? entry.state.isSameButForName(now) : entry.state.isUnchanged(now));
     }
 
     std::error_code compareFile(const TreeRecord::Entry& entry) const {
-        const FileDescriptor file = openForReading(original_.current(), nameOf(entry));
+        const FileDescriptor file = openItem(originalOf(entry), readingFlags);
         if (!file) return lastError();
         if (takeLease(file.number()) == LeaseAnswer::hasWriter) return busy();
         return entry.isUncertain ? compareContent(file.number(), entry) : std::error_code();
     }
 
     std::error_code compareLinks(const TreeRecord::Entry& entry) const {
-        const std::optional<std::string> target = targetOf(original_.current(), nameOf(entry));
-        if (!target) return lastError();
-        const std::optional<std::string> other = targetOf(copy_.current(), copyNameOf(entry));
-        if (!other) return lastError();
-        return unlessChanged(target == other);
-    }
-
-    std::optional<std::string> targetOf(int folder, const std::string& name) const {
-        std::string target(PATH_MAX, '\0');
-        const ssize_t size =
-            uninterrupted([&] { return ::readlinkat(folder, name.c_str(), target.data(), target.size()); });
-        if (size < 0) return std::nullopt;
-        target.resize(static_cast<std::size_t>(size));
-        return target;
+        const Result<std::string> target = targetOfLink(originalOf(entry));
+        if (!target) return target.error();
+        const Result<std::string> other = targetOfLink(copyOf(entry));
+        if (!other) return other.error();
+        return unlessChanged(*target == *other);
     }
 };
 
@@ -186,16 +170,16 @@ public:
     std::error_code leaf(const TreeRecord::Entry& entry) const {
         if (const std::error_code error = compareState(entry)) return error;
         if (!entry.state.isFile()) return {};
-        const FileDescriptor file = openForReading(stack_.current(), nameOf(entry));
+        const FileDescriptor file = openItem(itemOf(entry), readingFlags);
         if (!file) return lastError();
         return unlessChanged(takeLease(file.number()) != LeaseAnswer::hasWriter);
     }
 
 private:
     std::error_code compareState(const TreeRecord::Entry& entry) const {
-        const Result<struct stat> status = statusOf(stack_.current(), nameOf(entry));
+        const Result<struct stat> status = statusOf(itemOf(entry));
         if (!status) return status.error();
-        const ItemState now = ItemState::of(status.value());
+        const ItemState now = ItemState::of(*status);
         const bool isSameKind = ((now.mode ^ entry.state.mode) & S_IFMT) == 0;
         return unlessChanged(isSameKind && (now.isFolder() || now.size == entry.state.size) &&
                              isDatedAsCopied(entry, now));
@@ -224,7 +208,7 @@ std::error_code busy() {
 
 std::error_code SideBySide::enterBoth(const TreeRecord::Entry& entry) {
     if (const std::error_code error = original_.enter(nameOf(entry))) return error;
-    return copy_.enter(copyNameOf(entry));
+    return copy_.enter(copyOf(entry).name);
 }
 
 std::error_code SideBySide::leaveBoth() {
@@ -233,7 +217,7 @@ std::error_code SideBySide::leaveBoth() {
 }
 
 std::error_code SideBySide::compareContent(int original, const TreeRecord::Entry& entry) const {
-    const FileDescriptor copy = openForReading(copy_.current(), copyNameOf(entry));
+    const FileDescriptor copy = openItem(copyOf(entry), readingFlags);
     if (!copy) return lastError();
     return compareFiles(original, copy.number());
 }

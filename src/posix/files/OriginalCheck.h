@@ -3,15 +3,10 @@
 #include <string>
 
 #include "posix/files/FolderStack.h"
+#include "posix/files/ItemPlace.h"
 #include "posix/files/TreeRecord.h"
 
 namespace vantrel {
-
-/// An item by the open folder that holds it, which is borrowed, and its name there.
-struct ItemReference {
-    int folder;
-    std::string name;
-};
 
 /// Goes through an original and its copy side by side, as the record says. Base of those who look at both.
 class SideBySide {
@@ -27,15 +22,17 @@ protected:
     const std::string& nameOf(const TreeRecord::Entry& entry) const {
         return isTop(entry) ? originalTop_.name : entry.name;
     }
+    ItemReference originalOf(const TreeRecord::Entry& entry) const {
+        return {original_.current(), nameOf(entry)};
+    }
+    ItemReference copyOf(const TreeRecord::Entry& entry) const {
+        return {copy_.current(), isTop(entry) ? copyTop_.name : entry.name};
+    }
     std::error_code enterBoth(const TreeRecord::Entry& entry);
     std::error_code leaveBoth();
 
     /// Whether an open original holds what the copy of `entry` holds; busy() when it does not.
     std::error_code compareContent(int original, const TreeRecord::Entry& entry) const;
-
-    const std::string& copyNameOf(const TreeRecord::Entry& entry) const {
-        return isTop(entry) ? copyTop_.name : entry.name;
-    }
 
     const TreeRecord& record_;
     ItemReference originalTop_;

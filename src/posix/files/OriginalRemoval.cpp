@@ -22,41 +22,34 @@ bool isFull(const std::error_code& error) {
 }  // namespace
 
 std::error_code OriginalRemoval::run() {
-    Result<Workplace> made = Workplace::make(original_.folder.number(), Workplace::Purpose::original);
+    Result<Workplace> made = Workplace::make(original_.folder, Workplace::Purpose::original);
     if (!made && !isFull(made.error())) return made.error();
-    if (made) workplace_.emplace(std::move(made.value()));
-    asideFolder_ = workplace_ ? workplace_->number() : original_.folder.number();
-    asideName_ = workplace_ ? original_.name : nameAside(original_.name);
+    if (made) workplace_.emplace(std::move(*made));
+    aside_ = workplace_ ? ItemReference{workplace_->number(), original_.name}
+                        : ItemReference{original_.folder, nameAside(original_.name)};
     const std::error_code error = record_.top().state.isFolder() ? removeFolder() : removeLeaf();
     workplace_.reset();
-    flushFolder(original_.folder.number());
+    flushFolder(original_.folder);
     return error;
 }
 
 std::error_code OriginalRemoval::removeLeaf() {
-    RecordedRemoval removal(record_, {original_.folder.number(), original_.name},
-                            {copy_.folder.number(), copy_.name}, asideFolder_, asideName_);
-    return removal.run();
+    return RecordedRemoval(record_, original_, copy_, aside_).run();
 }
 
 std::error_code OriginalRemoval::removeFolder() {
-    const int folder = original_.folder.number();
-    const auto refused = renameBetweenFolders(folder, original_.name, asideFolder_, asideName_);
-    if (refused) return isGone(folder, original_.name) ? std::error_code() : refused;
-    const ItemReference aside{asideFolder_, asideName_};
-    const ItemReference copy{copy_.folder.number(), copy_.name};
-    if (const auto error = checkSetAside(record_, aside, copy)) return putBack(error);
-    RecordedRemoval removal(record_, aside, copy, workplace_ ? workplace_->number() : -1);
+    if (const std::error_code refused = renameBetweenFolders(original_, aside_))
+        return isGone(original_) ? std::error_code() : refused;
+    if (const std::error_code error = checkSetAside(record_, aside_, copy_)) return putBack(error);
+    RecordedRemoval removal(record_, aside_, copy_, {workplace_ ? workplace_->number() : -1, ""});
     const std::error_code error = removal.run();
     hasKeptAll_ = !removal.hasRemovedAny();
     return error ? putBack(error) : std::error_code();
 }
 
 std::error_code OriginalRemoval::putBack(std::error_code reason) {
-    const int folder = original_.folder.number();
     // Asked more than once, for an error that passes must not leave it out of sight.
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        if (renameToFreeName(asideFolder_, asideName_, folder, original_.name)) break;
+    for (int attempt = 0; attempt < 3 && renameToFreeName(aside_, original_); ++attempt) {
     }
     return reason;
 }

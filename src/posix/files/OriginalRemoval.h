@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <system_error>
 
 #include "posix/files/ItemPlace.h"
@@ -16,7 +15,7 @@ namespace vantrel {
 class OriginalRemoval {
 public:
     /// All borrowed. `copy` is the finished copy in its place.
-    OriginalRemoval(const TreeRecord& record, const ItemPlace& original, const ItemPlace& copy)
+    OriginalRemoval(const TreeRecord& record, const ItemReference& original, const ItemReference& copy)
         : record_(record), original_(original), copy_(copy) {}
 
     /// On failure what is left of the original stands under its own name, or one with a number where somebody
@@ -32,11 +31,10 @@ private:
     std::error_code putBack(std::error_code reason);
 
     const TreeRecord& record_;
-    const ItemPlace& original_;
-    const ItemPlace& copy_;
+    const ItemReference& original_;
+    const ItemReference& copy_;
     std::optional<Workplace> workplace_;
-    std::string asideName_;  ///< of the original while it is set aside
-    int asideFolder_ = -1;
+    ItemReference aside_;  ///< the original while it is set aside
     bool hasKeptAll_ = true;
 };
 

@@ -13,42 +13,36 @@
 namespace vantrel {
 
 std::error_code PendingCopy::makeWorkplace() {
-    Result<Workplace> made = Workplace::make(target_.folder.number(), Workplace::Purpose::copy);
+    Result<Workplace> made = Workplace::make(target_.folder, Workplace::Purpose::copy);
     if (!made) return made.error();
-    workplace_.emplace(std::move(made.value()));
+    workplace_.emplace(std::move(*made));
     return {};
 }
 
-std::error_code PendingCopy::make(const ItemPlace& source, const struct stat& status, TreeRecord* record) {
+std::error_code PendingCopy::make(const ItemReference& source, const struct stat& status,
+                                  TreeRecord* record) {
     if (const std::error_code error = makeWorkplace()) return error;
     WrittenFiles written(workplace_->number());
     const CopyTask task{written, stop_, record};
-    const auto error =
-        copyTree(task, source.folder.number(), source.name, status, workplace_->number(), target_.name);
-    if (error) return error;
+    if (const std::error_code error = copyTree(task, source, status, outOfSight())) return error;
     if (const std::error_code refused = written.flush()) return refused;
     return task.goOn();
 }
 
 std::error_code PendingCopy::putInPlace() {
-    const int folder = target_.folder.number();
-    const auto error = renameBetweenFolders(workplace_->number(), target_.name, folder, target_.name);
-    if (error) return error;
-    if (const Result<struct stat> status = statusOf(folder, target_.name)) seen_ = status.value().st_ctim;
+    if (const std::error_code error = renameBetweenFolders(outOfSight(), target_)) return error;
+    if (const Result<struct stat> status = statusOf(target_)) seen_ = status->st_ctim;
     workplace_.reset();
-    const std::error_code unflushed = flushFolder(folder);
-    if (unflushed && !makeWorkplace())
-        (void)renameBetweenFolders(folder, target_.name, workplace_->number(), target_.name);
+    const std::error_code unflushed = flushFolder(target_.folder);
+    if (unflushed && !makeWorkplace()) (void)renameBetweenFolders(target_, outOfSight());
     return unflushed;
 }
 
 void PendingCopy::takeBack(const TreeRecord& record) {
-    const int folder = target_.folder.number();
-    const Result<struct stat> status = statusOf(folder, target_.name);
-    if (!status || !ItemState::isSame(status.value().st_ctim, seen_) || makeWorkplace()) return;
-    if (renameBetweenFolders(folder, target_.name, workplace_->number(), target_.name)) return;
-    if (checkCopy(record, {workplace_->number(), target_.name}, seen_))
-        (void)renameToFreeName(workplace_->number(), target_.name, folder, target_.name);
+    const Result<struct stat> status = statusOf(target_);
+    if (!status || !ItemState::isSame(status->st_ctim, seen_) || makeWorkplace()) return;
+    if (renameBetweenFolders(target_, outOfSight())) return;
+    if (checkCopy(record, outOfSight(), seen_)) (void)renameToFreeName(outOfSight(), target_);
     workplace_.reset();
 }
 

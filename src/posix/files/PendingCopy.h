@@ -16,11 +16,11 @@ namespace vantrel {
 class PendingCopy {
 public:
     /// All borrowed.
-    PendingCopy(const StopRequested& stop, const ItemPlace& target) : stop_(stop), target_(target) {}
+    PendingCopy(const StopRequested& stop, const ItemReference& target) : stop_(stop), target_(target) {}
 
     /// Makes the copy and waits until all of it is on the disk. `record` gets the originals, where there is
     /// one.
-    std::error_code make(const ItemPlace& source, const struct stat& status, TreeRecord* record);
+    std::error_code make(const ItemReference& source, const struct stat& status, TreeRecord* record);
 
     /// Gives the copy its name and waits until that is on the disk as well; it has it or, on failure, nothing
     /// is left of the copy.
@@ -31,9 +31,10 @@ public:
 
 private:
     std::error_code makeWorkplace();
+    ItemReference outOfSight() const { return {workplace_->number(), target_.name}; }
 
     const StopRequested& stop_;
-    const ItemPlace& target_;
+    const ItemReference& target_;
     std::optional<Workplace> workplace_;
     timespec seen_{};  ///< when it got its name
 };

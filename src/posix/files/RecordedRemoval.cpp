@@ -42,50 +42,45 @@ std::error_code RecordedRemoval::enter(const TreeRecord::Entry& entry, std::size
 std::error_code RecordedRemoval::leave(const TreeRecord::Entry& entry) {
     open_.pop_back();
     if (const std::error_code error = leaveBoth()) return error;
-    return unlink(original_.current(), nameOf(entry), AT_REMOVEDIR);
+    return unlink(originalOf(entry), AT_REMOVEDIR);
 }
 
 std::error_code RecordedRemoval::leaf(const TreeRecord::Entry& entry) {
     Subject subject{entry, {}, false, {}};
     const std::error_code error = lookAt(subject);
-    const int folder = original_.current();
-    const std::string& name = nameOf(entry);
+    const ItemReference item = originalOf(entry);
     // What somebody else has removed needs no removing.
-    if (error) return isGone(folder, name) ? std::error_code() : error;
-    if (outOfReach_ < 0) {
-        if (const std::error_code changed = lookAgain(subject, folder, name)) return changed;
-        return unlink(folder, name, 0);
+    if (error) return isGone(item) ? std::error_code() : error;
+    if (outOfReach_.folder < 0) {
+        if (const std::error_code changed = lookAgain(subject, item)) return changed;
+        return unlink(item);
     }
-    const std::string there = nameThere(entry);
-    if (const auto refused = renameExclusively(folder, name, outOfReach_, there))
-        return isGone(folder, name) ? std::error_code() : refused;
-    std::error_code reason = lookAgain(subject, outOfReach_, there);
+    const ItemReference there = placeOutOfReach(entry);
+    if (const std::error_code refused = renameExclusively(item, there))
+        return isGone(item) ? std::error_code() : refused;
+    std::error_code reason = lookAgain(subject, there);
     // A file that is removed while it is open stays under another name for a while on NFS.
     if (!subject.isLeased) subject.file.close();
-    if (!reason) reason = unlink(outOfReach_, there, 0);
+    if (!reason) reason = unlink(there);
     // Asked twice, for an error that passes must not cost the item its place.
-    if (reason && !renameToFreeName(outOfReach_, there, folder, name))
-        (void)renameToFreeName(outOfReach_, there, folder, name);
+    if (reason && renameToFreeName(there, item)) (void)renameToFreeName(there, item);
     return reason;
 }
 
 /// Before it is touched. Nobody must have it open for writing, and from here on nobody gets it so.
 std::error_code RecordedRemoval::lookAt(Subject& subject) const {
     const ItemState& recorded = subject.entry.state;
-    const int folder = original_.current();
-    const std::string& name = nameOf(subject.entry);
+    const ItemReference item = originalOf(subject.entry);
     if (recorded.isFile()) {
-        constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-        subject.file =
-            FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), flags, 0); }));
+        subject.file = openItem(item, readingFlags);
         if (!subject.file) return lastError();
         const LeaseAnswer answer = takeLease(subject.file.number());
         if (answer == LeaseAnswer::hasWriter) return busy();
         subject.isLeased = answer == LeaseAnswer::held;
     }
-    const Result<struct stat> status = statusOf(folder, name);
+    const Result<struct stat> status = statusOf(item);
     if (!status) return status.error();
-    subject.status = status.value();
+    subject.status = *status;
     const ItemState now = ItemState::of(subject.status);
     // Removing another name of the file has changed it.
     const bool isSame = recorded.names > 1 ? recorded.isSameButForName(now) : recorded.isUnchanged(now);
@@ -93,19 +88,18 @@ std::error_code RecordedRemoval::lookAt(Subject& subject) const {
 }
 
 /// Where nobody else reaches it any more.
-std::error_code RecordedRemoval::lookAgain(const Subject& subject, int folder,
-                                           const std::string& name) const {
-    const Result<struct stat> status = statusOf(folder, name);
+std::error_code RecordedRemoval::lookAgain(const Subject& subject, const ItemReference& place) const {
+    const Result<struct stat> status = statusOf(place);
     if (!status) return status.error();
-    if (!isSameFile(status.value(), subject.status) ||
-        !subject.entry.state.isSameButForName(ItemState::of(status.value()))) {
+    if (!isSameFile(*status, subject.status) ||
+        !subject.entry.state.isSameButForName(ItemState::of(*status))) {
         return busy();
     }
     if (!subject.file) return {};
     const int file = subject.file.number();
     struct stat opened {};
     if (uninterrupted([&] { return ::fstat(file, &opened); }) != 0) return lastError();
-    if (!isSameFile(opened, status.value())) return busy();
+    if (!isSameFile(opened, *status)) return busy();
     if (isTop(subject.entry) && extendedAttributesOf(file) != record_.topAttributes) return busy();
     // Without a lease nothing but the content itself tells of a change between the two looks.
     if (subject.entry.isUncertain || (!subject.isLeased && isTop(subject.entry))) {
@@ -114,14 +108,14 @@ std::error_code RecordedRemoval::lookAgain(const Subject& subject, int folder,
     return subject.isLeased && !isLeaseHeld(file) ? busy() : std::error_code();
 }
 
-std::string RecordedRemoval::nameThere(const TreeRecord::Entry& entry) const {
-    if (isTop(entry)) return topNameThere_;
+ItemReference RecordedRemoval::placeOutOfReach(const TreeRecord::Entry& entry) const {
+    if (isTop(entry)) return outOfReach_;
     // The folder set aside stands there as well.
-    return entry.name == originalTop_.name ? "removed" : entry.name;
+    return {outOfReach_.folder, entry.name == originalTop_.name ? "removed" : entry.name};
 }
 
-std::error_code RecordedRemoval::unlink(int folder, const std::string& name, int flags) {
-    if (uninterrupted([&] { return ::unlinkat(folder, name.c_str(), flags); }) != 0) return lastError();
+std::error_code RecordedRemoval::unlink(const ItemReference& item, int flags) {
+    if (const std::error_code error = unlinkItem(item, flags)) return error;
     hasRemovedAny_ = true;
     return {};
 }

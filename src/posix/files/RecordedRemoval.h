@@ -11,11 +11,11 @@ namespace vantrel {
 /// (device_or_resource_busy), as does a folder that holds anything else (directory_not_empty).
 class RecordedRemoval : SideBySide {
 public:
-    /// `reach` is that folder, borrowed; -1 where there could be none, so that the looking comes just before
-    /// the removing.
+    /// `outOfReach` is that folder, and the name that the top item gets there if it is no folder; a folder of
+    /// -1 where there could be none, so that the looking comes just before the removing.
     RecordedRemoval(const TreeRecord& record, const ItemReference& original, const ItemReference& copy,
-                    int outOfReach, std::string nameThere = "")
-        : SideBySide(record, original, copy), outOfReach_(outOfReach), topNameThere_(std::move(nameThere)) {}
+                    ItemReference outOfReach)
+        : SideBySide(record, original, copy), outOfReach_(std::move(outOfReach)) {}
 
     std::error_code run();
 
@@ -35,13 +35,12 @@ private:
     };
 
     std::error_code lookAt(Subject& subject) const;
-    std::error_code lookAgain(const Subject& subject, int folder, const std::string& name) const;
-    std::string nameThere(const TreeRecord::Entry& entry) const;
-    std::error_code unlink(int folder, const std::string& name, int flags);
+    std::error_code lookAgain(const Subject& subject, const ItemReference& place) const;
+    ItemReference placeOutOfReach(const TreeRecord::Entry& entry) const;
+    std::error_code unlink(const ItemReference& item, int flags = 0);
     void restoreFolders();
 
-    int outOfReach_;
-    std::string topNameThere_;
+    ItemReference outOfReach_;
     bool hasRemovedAny_ = false;
     std::vector<const TreeRecord::Entry*> open_;
 };

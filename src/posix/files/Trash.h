@@ -37,7 +37,7 @@ private:
     bool isHomeMount(const Mount& mount) const;
     Result<TrashCan> homeCan() const;
     Result<TrashCan> volumeCan(const Mount& mount) const;
-    Result<TrashCan> openOwnCan(int folder, const std::string& name, const std::string& topFolder) const;
+    Result<TrashCan> openOwnCan(const ItemReference& place, const std::string& topFolder) const;
 
     Settings settings_;
 };

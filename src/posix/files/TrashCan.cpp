@@ -23,18 +23,6 @@ namespace {
 constexpr std::string_view infoSuffix = ".trashinfo";
 constexpr int mostAttempts = 100'000;
 
-Result<FileDescriptor> openOwnFolder(int folder, const char* name) {
-    const bool isNew = uninterrupted([&] { return ::mkdirat(folder, name, 0700); }) == 0;
-    if (!isNew && errno != EEXIST) return lastError();
-    if (const std::error_code error = isNew ? flushFolder(folder) : std::error_code()) return error;
-    FileDescriptor opened(uninterrupted(
-        [&] { return ::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
-    struct stat status {};
-    if (!opened || uninterrupted([&] { return ::fstat(opened.number(), &status); }) != 0) return lastError();
-    if (status.st_uid != ::geteuid()) return std::make_error_code(std::errc::permission_denied);
-    return opened;
-}
-
 std::string now() {
     const std::time_t moment = std::time(nullptr);
     std::tm local{};
@@ -55,10 +43,8 @@ std::string_view shortened(std::string_view text, std::size_t limit) {
     return text.substr(0, limit);
 }
 
-std::error_code writeNewFile(int folder, const std::string& name, const std::string& content) {
-    FileDescriptor file(uninterrupted([&] {
-        return ::openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    }));
+std::error_code writeNewFile(const ItemReference& place, const std::string& content) {
+    FileDescriptor file = openItem(place, O_WRONLY | O_CREAT | O_EXCL);
     if (!file) return lastError();
     std::error_code error;
     for (std::string_view rest = content; !rest.empty() && !error;) {
@@ -68,12 +54,24 @@ std::error_code writeNewFile(int folder, const std::string& name, const std::str
     }
     if (!error) error = flushFile(file.number());
     if (::close(file.release()) != 0 && !error) error = lastError();
-    if (!error) error = flushFile(folder);
-    if (error) uninterrupted([&] { return ::unlinkat(folder, name.c_str(), 0); });
+    if (!error) error = flushFile(place.folder);
+    if (error) unlinkItem(place);
     return error;
 }
 
 }  // namespace
+
+Result<FileDescriptor> openOwnFolder(const ItemReference& place, int flags) {
+    const auto make = [&] { return ::mkdirat(place.folder, place.name.c_str(), 0700); };
+    const bool isNew = uninterrupted(make) == 0;
+    if (!isNew && errno != EEXIST) return lastError();
+    if (const std::error_code error = isNew ? flushFolder(place.folder) : std::error_code()) return error;
+    FileDescriptor opened = openItem(place, flags);
+    struct stat status {};
+    if (!opened || uninterrupted([&] { return ::fstat(opened.number(), &status); }) != 0) return lastError();
+    if (status.st_uid != ::geteuid()) return std::make_error_code(std::errc::permission_denied);
+    return opened;
+}
 
 std::string trashName(const std::string& name, int attempt, std::size_t limit) {
     const std::string number = attempt == 1 ? "" : "." + std::to_string(attempt);
@@ -89,18 +87,18 @@ std::string trashName(const std::string& name, int attempt, std::size_t limit) {
 
 Result<TrashCan> TrashCan::open(FileDescriptor folder, std::string topFolder) {
     TrashCan can(std::move(folder), std::move(topFolder));
-    Result<FileDescriptor> files = openOwnFolder(can.folder_.number(), "files");
+    Result<FileDescriptor> files = openOwnFolder({can.folder_.number(), "files"}, O_RDONLY | O_DIRECTORY);
     if (!files) return files.error();
-    Result<FileDescriptor> info = openOwnFolder(can.folder_.number(), "info");
+    Result<FileDescriptor> info = openOwnFolder({can.folder_.number(), "info"}, O_RDONLY | O_DIRECTORY);
     if (!info) return info.error();
-    can.files_ = std::move(files.value());
-    can.info_ = std::move(info.value());
+    can.files_ = std::move(*files);
+    can.info_ = std::move(*info);
     return can;
 }
 
-bool TrashCan::holds(const FileDescriptor& folder) const {
+bool TrashCan::holds(int folder) const {
     struct stat status {};
-    if (::fstat(folder.number(), &status) != 0) return false;
+    if (::fstat(folder, &status) != 0) return false;
     return std::ranges::any_of(std::array{&folder_, &files_, &info_}, [&](const FileDescriptor* own) {
         struct stat ownStatus {};
         return ::fstat(own->number(), &ownStatus) == 0 && isSameFile(status, ownStatus);
@@ -114,31 +112,31 @@ std::string TrashCan::infoFor(const std::string& path) const {
 }
 
 /// Gives the item its name in the can and waits until that is on the disk.
-std::error_code TrashCan::rename(const ItemPlace& item, const std::string& name) const {
-    const int folder = item.folder.number();
-    std::error_code error = renameExclusively(folder, item.name, files_.number(), name);
+std::error_code TrashCan::rename(const ItemReference& item, const std::string& name) const {
+    const ItemReference trashed{files_.number(), name};
+    std::error_code error = renameExclusively(item, trashed);
     if (error) return error;
-    error = flushFile(files_.number());
-    if (!error) error = flushFolder(folder);
+    error = flushFile(trashed.folder);
+    if (!error) error = flushFolder(item.folder);
     if (!error) return {};
-    const auto stays = renameExclusively(files_.number(), name, folder, item.name);
+    const std::error_code stays = renameExclusively(trashed, item);
     return stays ? std::error_code() : error;
 }
 
-std::error_code TrashCan::put(const ItemPlace& item, const std::string& path) const {
+std::error_code TrashCan::put(const ItemReference& item, const std::string& path) const {
     if (holds(item.folder)) return std::make_error_code(std::errc::invalid_argument);
     const long longest = ::fpathconf(info_.number(), _PC_NAME_MAX);
     const std::size_t limit = static_cast<std::size_t>(longest > 0 ? longest : NAME_MAX) - infoSuffix.size();
     const std::string info = infoFor(path);
     for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
         const std::string name = trashName(item.name, attempt, limit);
-        const std::string infoName = name + std::string(infoSuffix);
-        std::error_code error = writeNewFile(info_.number(), infoName, info);
+        const ItemReference infoFile{info_.number(), name + std::string(infoSuffix)};
+        std::error_code error = writeNewFile(infoFile, info);
         if (error == std::errc::file_exists) continue;
         if (error) return error;
         error = rename(item, name);
         if (!error) return {};
-        uninterrupted([&] { return ::unlinkat(info_.number(), infoName.c_str(), 0); });
+        unlinkItem(infoFile);
         // A file without its info, left behind by somebody, keeps its name.
         if (error != std::errc::file_exists) return error;
     }

@@ -19,14 +19,14 @@ public:
     /// Renames the item into the can, after its info file was written under a name that nothing in the can
     /// has; the info is on the disk before the item is in the can, and that is when this returns. `path` is
     /// the item's absolute path without links. On failure the item is where it was and the can as it was.
-    std::error_code put(const ItemPlace& item, const std::string& path) const;
+    std::error_code put(const ItemReference& item, const std::string& path) const;
 
 private:
     TrashCan(FileDescriptor folder, std::string topFolder)
         : folder_(std::move(folder)), topFolder_(std::move(topFolder)) {}
 
-    std::error_code rename(const ItemPlace& item, const std::string& name) const;
-    bool holds(const FileDescriptor& folder) const;
+    std::error_code rename(const ItemReference& item, const std::string& name) const;
+    bool holds(int folder) const;
     std::string infoFor(const std::string& path) const;
 
     FileDescriptor folder_;
@@ -34,6 +34,10 @@ private:
     FileDescriptor info_;
     std::string topFolder_;
 };
+
+/// Opens a folder of this user's own, which is made when it is missing. permission_denied when it is somebody
+/// else's; a link in its place is refused.
+Result<FileDescriptor> openOwnFolder(const ItemReference& place, int flags);
 
 /// The name that an item gets in a trash at the n-th try: its own first, then with a number before its
 /// extension; shortened, between two characters where it is UTF-8, so that no more than `limit` bytes remain.

@@ -32,9 +32,8 @@ public:
 
 private:
     std::error_code enter(const std::string& name, const std::string& newName) {
-        if (uninterrupted([&] { return ::mkdirat(copy_.current(), newName.c_str(), 0700); }) != 0) {
-            return lastError();
-        }
+        const auto make = [&] { return ::mkdirat(copy_.current(), newName.c_str(), 0700); };
+        if (const std::error_code error = outcomeOf(make)) return error;
         if (const std::error_code error = original_.enter(name)) return error;
         if (const std::error_code error = copy_.enter(newName)) return error;
         if (task_.isMove()) {
@@ -43,7 +42,7 @@ private:
         }
         Result<std::vector<std::string>> names = original_.names();
         if (!names) return names.error();
-        remaining_.push_back(std::move(names.value()));
+        remaining_.push_back(std::move(*names));
         return {};
     }
 
@@ -51,26 +50,23 @@ private:
         if (mountOf(original_.current()) != mount_)
             return std::make_error_code(std::errc::device_or_resource_busy);
         if (original_.status().st_uid == ::geteuid()) return {};
-        const int answer = uninterrupted(
+        return outcomeOf(
             [&] { return ::faccessat(original_.current(), ".", R_OK | W_OK | X_OK, AT_EACCESS); });
-        return answer == 0 ? std::error_code() : lastError();
     }
 
     std::error_code copyNext() {
         if (const std::error_code error = task_.goOn()) return error;
-        const std::string name = std::move(remaining_.back().back());
+        const ItemReference item{original_.current(), std::move(remaining_.back().back())};
         remaining_.back().pop_back();
-        const Result<struct stat> status = statusOf(original_.current(), name);
+        const Result<struct stat> status = statusOf(item);
         if (!status) {
             const bool hasVanished = status.error() == std::errc::no_such_file_or_directory;
             return hasVanished ? std::error_code() : status.error();
         }
-        if (!S_ISDIR(status.value().st_mode)) {
-            return copyLeaf(task_, original_.current(), name, status.value(), copy_.current(), name);
-        }
+        if (!S_ISDIR(status->st_mode)) return copyLeaf(task_, item, *status, {copy_.current(), item.name});
         // The copy lies inside its original, and would grow without end.
-        if (isSameFile(status.value(), root_)) return std::make_error_code(std::errc::invalid_argument);
-        return enter(name, name);
+        if (isSameFile(*status, root_)) return std::make_error_code(std::errc::invalid_argument);
+        return enter(item.name, item.name);
     }
 
     std::error_code finishFolder() {
@@ -94,10 +90,10 @@ private:
 
 }  // namespace
 
-std::error_code copyTree(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
-                         int newFolder, const std::string& newName) {
-    if (S_ISDIR(status.st_mode)) return TreeCopy(task, folder, newFolder).run(name, newName);
-    return copyLeaf(task, folder, name, status, newFolder, newName);
+std::error_code copyTree(const CopyTask& task, const ItemReference& original, const struct stat& status,
+                         const ItemReference& copy) {
+    if (!S_ISDIR(status.st_mode)) return copyLeaf(task, original, status, copy);
+    return TreeCopy(task, original.folder, copy.folder).run(original.name, copy.name);
 }
 
 }  // namespace vantrel

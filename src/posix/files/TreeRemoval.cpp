@@ -18,7 +18,7 @@ constexpr mode_t ownersBits = 0700;
 
 class TreeRemoval {
 public:
-    TreeRemoval(int folder) : stack_(folder), mount_(mountOf(folder)) {}
+    explicit TreeRemoval(int folder) : stack_(folder), mount_(mountOf(folder)) {}
 
     std::error_code run(const std::string& name) {
         remove(name);
@@ -42,6 +42,10 @@ private:
         if (!first_) first_ = error;
     }
 
+    void noteUnlessGone(const std::error_code& error) {
+        if (error != std::errc::no_such_file_or_directory) note(error);
+    }
+
     void removeNext() {
         const std::string name = std::move(open_.back().names.back());
         open_.back().names.pop_back();
@@ -49,19 +53,18 @@ private:
     }
 
     void remove(const std::string& name) {
-        const Result<struct stat> status = statusOf(stack_.current(), name);
+        const Result<struct stat> status = statusOf({stack_.current(), name});
         if (!status) {
-            if (status.error() != std::errc::no_such_file_or_directory) note(status.error());
-        } else if (S_ISDIR(status.value().st_mode)) {
-            enter(name, status.value());
+            noteUnlessGone(status.error());
+        } else if (S_ISDIR(status->st_mode)) {
+            enter(name, *status);
         } else {
             unlink(name, 0);
         }
     }
 
     void unlink(const std::string& name, int flags) {
-        const int answer = uninterrupted([&] { return ::unlinkat(stack_.current(), name.c_str(), flags); });
-        if (answer != 0 && errno != ENOENT) note(lastError());
+        noteUnlessGone(unlinkItem({stack_.current(), name}, flags));
     }
 
     void enter(const std::string& name, const struct stat& status) {
@@ -76,7 +79,7 @@ private:
             return note(std::make_error_code(std::errc::device_or_resource_busy));
         Result<std::vector<std::string>> names = stack_.names();
         if (!names) return note(names.error());
-        open_.back().names = std::move(names.value());
+        open_.back().names = std::move(*names);
     }
 
     /// Answers whether this is still the way that led down.
@@ -99,16 +102,16 @@ private:
 
 }  // namespace
 
-std::error_code removeTree(int folder, const std::string& name) {
-    return TreeRemoval(folder).run(name);
+std::error_code removeTree(const ItemReference& item) {
+    return TreeRemoval(item.folder).run(item.name);
 }
 
 std::error_code removeContents(int folder) {
     const Result<std::vector<std::string>> names = namesIn(folder);
     if (!names) return names.error();
     std::error_code first;
-    for (const std::string& name : names.value()) {
-        const std::error_code error = removeTree(folder, name);
+    for (const std::string& name : *names) {
+        const std::error_code error = removeTree({folder, name});
         if (!first) first = error;
     }
     return first;

@@ -2,11 +2,10 @@
 
 #include <sys/stat.h>
 
-#include <cstdint>
-#include <string>
 #include <system_error>
 
 #include "posix/StopSignals.h"
+#include "posix/files/ItemPlace.h"
 #include "posix/files/TreeRecord.h"
 #include "posix/files/WrittenFiles.h"
 
@@ -27,15 +26,15 @@ struct CopyTask {
     }
 };
 
-/// Copies an item with everything below it, of any depth. `newName` must not exist. A copied folder gets its
+/// Copies an item with everything below it, of any depth. `copy` must not exist. A copied folder gets its
 /// attributes (see FileCopy.h) once it is filled. Entries that vanish meanwhile are left out. On failure
 /// there is a part of the copy, for the caller to remove.
-std::error_code copyTree(const CopyTask& task, int folder, const std::string& name, const struct stat& status,
-                         int newFolder, const std::string& newName);
+std::error_code copyTree(const CopyTask& task, const ItemReference& original, const struct stat& status,
+                         const ItemReference& copy);
 
 /// Removes an item with everything below it, read-only folders of this user too. Stops before another mount.
 /// What cannot be removed is passed over; the answer is the first reason.
-std::error_code removeTree(int folder, const std::string& name);
+std::error_code removeTree(const ItemReference& item);
 
 /// The same for all that an open folder holds.
 std::error_code removeContents(int folder);

@@ -42,22 +42,18 @@ std::string_view Workplace::prefixOf(Purpose purpose) {
 }
 
 Result<Workplace> Workplace::make(int folder, Purpose purpose) {
-    Workplace made(folder, purpose, std::string(prefixOf(purpose)) + processMark());
-    const char* const name = made.name_.c_str();
-    if (uninterrupted([&] { return ::mkdirat(folder, name, 0700); }) != 0) {
-        const std::error_code error = lastError();
-        made.name_.clear();
-        return error;
-    }
+    const ItemReference place{folder, std::string(prefixOf(purpose)) + processMark()};
+    const auto makeFolder = [&] { return ::mkdirat(place.folder, place.name.c_str(), 0700); };
+    if (const std::error_code error = outcomeOf(makeFolder)) return error;
+    Workplace made(purpose, place);
     if (const std::error_code error = made.open()) return error;
     return made;
 }
 
 std::error_code Workplace::open() {
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-    FileDescriptor opened(uninterrupted([&] { return ::openat(folder_, name_.c_str(), flags); }));
+    FileDescriptor opened = openItem(place_, O_RDONLY | O_DIRECTORY);
     if (!opened) return lastError();
-    if (!isOwn(folder_, opened.number())) return std::make_error_code(std::errc::permission_denied);
+    if (!isOwn(place_.folder, opened.number())) return std::make_error_code(std::errc::permission_denied);
     own_ = std::move(opened);
     // A sign of life for others; the name tells the same where locks do not work.
     uninterrupted([&] { return ::flock(own_.number(), LOCK_EX | LOCK_NB); });
@@ -70,13 +66,13 @@ std::error_code Workplace::open() {
 
 void Workplace::remove() {
     reserve_.close();
-    if (name_.empty()) return;
+    if (place_.name.empty()) return;
     // An error that passes, such as a descriptor short, must not leave anything behind.
     for (int attempt = 0; attempt < 3; ++attempt) {
         if (own_ && purpose_ == Purpose::copy) removeContents(own_.number());
-        if (uninterrupted([&] { return ::unlinkat(folder_, name_.c_str(), AT_REMOVEDIR); }) == 0) break;
+        if (!unlinkItem(place_, AT_REMOVEDIR)) break;
     }
-    name_.clear();
+    place_.name.clear();
     own_.close();
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/FileDescriptor.h"
 #include "base/Result.h"
+#include "posix/files/ItemPlace.h"
 
 namespace vantrel {
 
@@ -27,9 +27,8 @@ public:
     static Result<Workplace> make(int folder, Purpose purpose);
 
     Workplace(Workplace&& other) noexcept
-        : folder_(other.folder_),
-          purpose_(other.purpose_),
-          name_(std::exchange(other.name_, {})),
+        : purpose_(other.purpose_),
+          place_{other.place_.folder, std::exchange(other.place_.name, {})},
           own_(std::move(other.own_)),
           reserve_(std::move(other.reserve_)) {}
     Workplace& operator=(Workplace&&) = delete;
@@ -42,14 +41,12 @@ public:
     void remove();
 
 private:
-    Workplace(int folder, Purpose purpose, std::string name)
-        : folder_(folder), purpose_(purpose), name_(std::move(name)) {}
+    Workplace(Purpose purpose, ItemReference place) : purpose_(purpose), place_(std::move(place)) {}
 
     std::error_code open();
 
-    int folder_;
     Purpose purpose_;
-    std::string name_;  ///< empty when there is nothing to take away
+    ItemReference place_;  ///< without a name when there is nothing to take away
     FileDescriptor own_;
     /// Removing has to list the folder, which takes one descriptor more; by then there may be none left.
     FileDescriptor reserve_;

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "base/SystemCall.h"
-#include "posix/files/FolderStack.h"
+#include "posix/files/ItemPlace.h"
 #include "posix/files/VolumeKind.h"
 
 namespace vantrel {
@@ -36,8 +36,7 @@ std::error_code flushFile(int file) {
 }
 
 std::error_code flushFolder(int folder) {
-    const FileDescriptor opened(
-        uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    const FileDescriptor opened = openItem({folder, "."}, listingFlags);
     if (!opened) return errno == EACCES ? std::error_code() : lastError();
     return flushFile(opened.number());
 }

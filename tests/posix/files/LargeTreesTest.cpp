@@ -70,7 +70,7 @@ TEST_F(DeepTree, isCopiedAndMovedAndTrashed) {
 TEST_F(DeepTree, isRemoved) {
     const Result<FileDescriptor> place = openPath(folder.path(), O_PATH | O_DIRECTORY);
     ASSERT_TRUE(place);
-    EXPECT_EQ(removeTree(place.value().number(), "tree"), std::error_code());
+    EXPECT_EQ(removeTree({place->number(), "tree"}), std::error_code());
     EXPECT_THAT(test::namesIn(folder.path()), testing::IsEmpty());
 }
 
