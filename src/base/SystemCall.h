@@ -10,7 +10,7 @@ namespace vantrel {
 /// Makes a system call, again whenever a signal interrupted it. `call` answers -1 with errno on failure. Not
 /// for close(2), which must not be repeated.
 template <class Call>
-auto uninterrupted(Call call) {
+[[nodiscard]] auto uninterrupted(Call call) {
     for (;;) {
         const auto answer = call();
         if (answer != -1 || errno != EINTR) return answer;
@@ -24,7 +24,7 @@ inline std::error_code lastError() {
 
 /// Makes a system call that gives nothing but success, again whenever a signal interrupted it.
 template <class Call>
-std::error_code outcomeOf(Call call) {
+[[nodiscard]] std::error_code outcomeOf(Call call) {
     return uninterrupted(call) == 0 ? std::error_code() : lastError();
 }
 

@@ -122,7 +122,8 @@ std::error_code launch(const std::vector<std::string>& arguments, const std::str
     if (between == 0) becomeParentOfProgram(*plan);
     if (between < 0) return lastError();
     plan->failureWriter.close();
-    uninterrupted([&] { return ::waitpid(between, nullptr, 0); });
+    // So that it does not stay a zombie. How the start went comes through the pipe.
+    (void)uninterrupted([&] { return ::waitpid(between, nullptr, 0); });
     int failure = 0;
     const ssize_t count =
         uninterrupted([&] { return ::read(plan->failureReader.number(), &failure, sizeof failure); });

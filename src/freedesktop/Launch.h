@@ -22,6 +22,6 @@ Result<FileDescriptor> openToEnter(const std::string& folder);
 /// where that is empty. It gets a session of its own and the null device for its input and output, and nobody
 /// has to wait for it: it becomes init's child. Returns when the program has started; fails as chdir(2) does
 /// on the folder and as execve(2) does on the program.
-std::error_code launch(const std::vector<std::string>& arguments, const std::string& folder);
+[[nodiscard]] std::error_code launch(const std::vector<std::string>& arguments, const std::string& folder);
 
 }  // namespace vantrel::launching

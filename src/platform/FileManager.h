@@ -65,17 +65,17 @@ public:
 
     /// Copies an item, a folder with all it holds, a link as a link. Never replaces anything: file_exists
     /// when `to` is taken. On failure nothing of the copy remains.
-    virtual std::error_code copyItem(const std::string& from, const std::string& to) = 0;
+    [[nodiscard]] virtual std::error_code copyItem(const std::string& from, const std::string& to) = 0;
 
     /// Gives an item another name or place. Never replaces anything: file_exists when `to` is taken. On
     /// failure the item is whole and where it was.
-    virtual std::error_code moveItem(const std::string& from, const std::string& to) = 0;
+    [[nodiscard]] virtual std::error_code moveItem(const std::string& from, const std::string& to) = 0;
 
     /// Makes a folder and those above it that are missing. One that is there is no error.
-    virtual std::error_code createDirectory(const std::string& path) = 0;
+    [[nodiscard]] virtual std::error_code createDirectory(const std::string& path) = 0;
 
     /// Moves an item to the user's trash, from where it can be taken back, or leaves it where it is.
-    virtual std::error_code trashItem(const std::string& path) = 0;
+    [[nodiscard]] virtual std::error_code trashItem(const std::string& path) = 0;
 
     /// The first bytes of a file, at most `limit`. Fails for everything that is not an ordinary file, and
     /// never waits for one.

@@ -12,7 +12,7 @@ namespace vantrel::walking {
 
 namespace {
 
-std::error_code requireSameDevice(int parent, int opened) {
+[[nodiscard]] std::error_code requireSameDevice(int parent, int opened) {
     const auto outer = identify(parent);
     const auto inner = identify(opened);
     if (!outer || !inner) return lastError();
@@ -22,7 +22,7 @@ std::error_code requireSameDevice(int parent, int opened) {
 
 #if defined(O_PATH) && defined(STATX_ATTR_MOUNT_ROOT)
 
-std::error_code requireNoMount(int parent, int place) {
+[[nodiscard]] std::error_code requireNoMount(int parent, int place) {
     struct statx status {};
     constexpr int flags = AT_EMPTY_PATH | AT_NO_AUTOMOUNT;
     if (uninterrupted([&] { return ::statx(place, "", flags, STATX_TYPE, &status); }) != 0) {

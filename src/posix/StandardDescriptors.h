@@ -11,6 +11,6 @@ void occupyStandardDescriptors();
 /// To be called last: what was printed through stdio goes out now, since nobody looks at what happens to it
 /// at the end of the process. False, with a line on standard error that begins with the program's name, when
 /// not all of it could be written.
-bool deliverStandardOutput(const char* programName);
+[[nodiscard]] bool deliverStandardOutput(const char* programName);
 
 }  // namespace vantrel

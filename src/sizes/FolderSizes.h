@@ -38,7 +38,7 @@ public:
     SizesQuestion& operator=(const SizesQuestion&) = delete;
 
     /// Starts counting; an error when `folder` cannot be read.
-    std::error_code ask(const std::string& folder);
+    [[nodiscard]] std::error_code ask(const std::string& folder);
 
     /// Counts on the calling thread where there is no other, until there is one or nothing left to count.
     void countWithoutThreads();

@@ -42,8 +42,8 @@ private:
     Folder* publishChildren(Folder& folder);
 
     bool open(Folder& folder);
-    std::error_code tryOpen(Folder& folder);
-    std::error_code retryOpen(Folder& folder);
+    [[nodiscard]] std::error_code tryOpen(Folder& folder);
+    [[nodiscard]] std::error_code retryOpen(Folder& folder);
     Result<FileDescriptor> openByName(Folder& folder);
     Result<FileDescriptor> reopen(Folder& folder);
 

@@ -16,25 +16,25 @@ namespace vantrel {
 
 namespace {
 
-std::error_code rename(const ItemReference& from, const ItemReference& to) {
+[[nodiscard]] std::error_code rename(const ItemReference& from, const ItemReference& to) {
     return outcomeOf([&] { return ::renameat(from.folder, from.name.c_str(), to.folder, to.name.c_str()); });
 }
 
 /// A folder may replace an empty folder only, so one made for the purpose reserves the name.
-std::error_code renameOverReservedFolder(const ItemReference& from, const ItemReference& to) {
+[[nodiscard]] std::error_code renameOverReservedFolder(const ItemReference& from, const ItemReference& to) {
     const auto reserve = [&] { return ::mkdirat(to.folder, to.name.c_str(), 0700); };
     if (const std::error_code taken = outcomeOf(reserve)) return taken;
     const std::error_code error = rename(from, to);
-    if (error) unlinkItem(to, AT_REMOVEDIR);
+    if (error) (void)unlinkItem(to, AT_REMOVEDIR);  // the rename's failure is the one to report
     return error;
 }
 
 /// Unlike rename(2), link(2) refuses a name that is taken.
-std::error_code renameBySecondName(const ItemReference& from, const ItemReference& to) {
+[[nodiscard]] std::error_code renameBySecondName(const ItemReference& from, const ItemReference& to) {
     const auto link = [&] { return ::linkat(from.folder, from.name.c_str(), to.folder, to.name.c_str(), 0); };
     if (const std::error_code taken = outcomeOf(link)) return taken;
     const std::error_code error = unlinkItem(from);
-    if (error) unlinkItem(to);
+    if (error) (void)unlinkItem(to);  // the first failure is the one to report
     return error;
 }
 
@@ -65,8 +65,9 @@ std::error_code renameBetweenFolders(const ItemReference& from, const ItemRefere
     const FileDescriptor item = openItem(from, O_RDONLY | O_DIRECTORY);
     if (!item || uninterrupted([&] { return ::fchmod(item.number(), mode | S_IWUSR); }) != 0) return error;
     const std::error_code again = renameExclusively(from, to);
-    uninterrupted([&] { return ::fchmod(item.number(), mode); });
-    flushFile(item.number());
+    // The item has its name or not; its permissions do not change that.
+    (void)uninterrupted([&] { return ::fchmod(item.number(), mode); });
+    (void)flushFile(item.number());
     return again;
 }
 

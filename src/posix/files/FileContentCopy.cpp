@@ -31,7 +31,7 @@ class ContentCopy {
 public:
     ContentCopy(const CopyTask& task, int from, int to) : task_(task), from_(from), to_(to) {}
 
-    std::error_code run(const struct stat& status) {
+    [[nodiscard]] std::error_code run(const struct stat& status) {
         if (sharesBlocks()) return {};
         if (status.st_size == 0) return copyThroughBuffer(0, std::numeric_limits<off_t>::max());
         if (const std::error_code error = copyData(status)) return error;
@@ -49,7 +49,7 @@ private:
 #endif
     }
 
-    std::error_code copyData(const struct stat& status) {
+    [[nodiscard]] std::error_code copyData(const struct stat& status) {
         end_ = status.st_size;
         for (off_t begin = 0; begin < end_;) {
             off_t stop = end_;
@@ -69,7 +69,7 @@ private:
     }
 
     /// What follows is a hole up to the end, which may have come closer meanwhile.
-    std::error_code endAtHole() {
+    [[nodiscard]] std::error_code endAtHole() {
         const off_t actualEnd = ::lseek(from_, 0, SEEK_END);
         if (actualEnd == -1) return lastError();
         end_ = std::min(end_, actualEnd);
@@ -77,7 +77,7 @@ private:
     }
 
     /// After each piece up to `end`: begins to bring it to the disk, and asks whether to go on.
-    std::error_code pieceIsDone(off_t end) {
+    [[nodiscard]] std::error_code pieceIsDone(off_t end) {
         writtenEnd_ = end;
         if (end - handedToDisk_ >= writtenAtATime) {
             // Only begins; what goes wrong shows when the file is flushed.
@@ -87,7 +87,7 @@ private:
         return task_.goOn();
     }
 
-    std::error_code copySegment(off_t begin, off_t stop) {
+    [[nodiscard]] std::error_code copySegment(off_t begin, off_t stop) {
         while (begin < stop && copiesInKernel_) {
             off_t fromOffset = begin, toOffset = begin;
             const auto size = std::min(largestKernelCopy, static_cast<std::size_t>(stop - begin));
@@ -105,7 +105,7 @@ private:
         return copyThroughBuffer(begin, stop);
     }
 
-    std::error_code copyThroughBuffer(off_t begin, off_t stop) {
+    [[nodiscard]] std::error_code copyThroughBuffer(off_t begin, off_t stop) {
         if (begin < stop) buffer_.resize(bufferSize);
         while (begin < stop) {
             const auto wanted = static_cast<std::size_t>(std::min<off_t>(bufferSize, stop - begin));
@@ -123,7 +123,7 @@ private:
         return {};
     }
 
-    std::error_code write(std::size_t size, off_t offset) {
+    [[nodiscard]] std::error_code write(std::size_t size, off_t offset) {
         for (std::size_t done = 0; done < size;) {
             const ssize_t count = uninterrupted([&] {
                 return ::pwrite(to_, buffer_.data() + done, size - done, offset + static_cast<off_t>(done));

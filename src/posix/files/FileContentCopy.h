@@ -12,6 +12,6 @@ namespace vantrel {
 /// kernel, else through a buffer; holes stay holes. `status` is the original's; a file that has become
 /// shorter is copied as far as it goes, one of size 0 (as those in /proc say) up to its end. Has what is
 /// written go to the disk at once, so that flushing it in the end does not take long.
-std::error_code copyContent(const CopyTask& task, int from, int to, const struct stat& status);
+[[nodiscard]] std::error_code copyContent(const CopyTask& task, int from, int to, const struct stat& status);
 
 }  // namespace vantrel

@@ -23,7 +23,7 @@ constexpr mode_t ordinaryBits = 01777;
 constexpr mode_t identityBits = 06000;  // set user and group
 
 /// A file system without this kind of attribute is no reason to refuse the copy.
-std::error_code unlessUnsupported(const std::error_code& error) {
+[[nodiscard]] std::error_code unlessUnsupported(const std::error_code& error) {
     const bool isUnsupported = error == std::errc::operation_not_supported ||
                                error == std::errc::operation_not_permitted ||
                                error == std::errc::function_not_supported;
@@ -56,7 +56,7 @@ constexpr std::size_t longestValue = 65536;  // the most that Linux allows, xatt
 
 /// Calls `take` with the name of each extended attribute of an open item that a copy keeps.
 template <class Take>
-std::error_code forEachAttribute(int item, Take take) {
+[[nodiscard]] std::error_code forEachAttribute(int item, Take take) {
     ssize_t size = uninterrupted([&] { return ::flistxattr(item, nullptr, 0); });
     if (size == 0) return {};
     std::vector<char> names(longestValue);
@@ -72,7 +72,7 @@ std::error_code forEachAttribute(int item, Take take) {
     return {};
 }
 
-std::error_code copyExtendedAttributes(int from, int to) {
+[[nodiscard]] std::error_code copyExtendedAttributes(int from, int to) {
     return forEachAttribute(from, [&](const std::string& name) -> std::error_code {
         std::vector<char> value(longestValue);
         const ssize_t size =
@@ -89,7 +89,7 @@ struct LeafCopy {
     const struct stat& status;
     const ItemReference& copy;
 
-    std::error_code file() const {
+    [[nodiscard]] std::error_code file() const {
         const FileDescriptor from = open(original, readingFlags);
         if (!from) return lastError();
         struct stat opened {};
@@ -121,7 +121,7 @@ struct LeafCopy {
         return isFresh(opened, volumeKindOf(from));
     }
 
-    std::error_code link() const {
+    [[nodiscard]] std::error_code link() const {
         const Result<std::string> target = targetOfLink(original);
         if (!target) return target.error();
         recordUnopened();
@@ -131,7 +131,7 @@ struct LeafCopy {
         return times();
     }
 
-    std::error_code node() const {
+    [[nodiscard]] std::error_code node() const {
         recordUnopened();
         const mode_t ownersKind = (status.st_mode & S_IFMT) | 0600;
         const auto make = [&] {
@@ -159,7 +159,7 @@ struct LeafCopy {
         });
     }
 
-    std::error_code times() const {
+    [[nodiscard]] std::error_code times() const {
         const auto times = timesOf(status);
         return unlessUnsupported(outcomeOf(
             [&] { return ::utimensat(copy.folder, copy.name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW); }));

@@ -14,11 +14,11 @@ namespace vantrel {
 /// shared with its copy where the file system can do that, and keeps its holes. Owner, group, permission
 /// bits, times and extended attributes are the original's as far as the file system has them and this user
 /// may set them. `copy` must not exist. On failure there may be a part of the copy.
-std::error_code copyLeaf(const CopyTask& task, const ItemReference& original, const struct stat& status,
-                         const ItemReference& copy);
+[[nodiscard]] std::error_code copyLeaf(const CopyTask& task, const ItemReference& original,
+                                       const struct stat& status, const ItemReference& copy);
 
 /// Owner, group, permission bits, times and extended attributes of an open file or folder onto another one.
-std::error_code copyAttributes(int from, const struct stat& status, int to);
+[[nodiscard]] std::error_code copyAttributes(int from, const struct stat& status, int to);
 
 /// The extended attributes of an open item that a copy gets, with their values. Empty where there are none or
 /// they cannot be read.

@@ -41,7 +41,7 @@ bool liesWithin(int folder, const struct stat& ancestor) {
     return false;
 }
 
-std::error_code refuseCopyIntoItself(const struct stat& status, const ItemReference& target) {
+[[nodiscard]] std::error_code refuseCopyIntoItself(const struct stat& status, const ItemReference& target) {
     if (!S_ISDIR(status.st_mode) || !liesWithin(target.folder, status)) return {};
     return std::make_error_code(std::errc::invalid_argument);
 }
@@ -67,7 +67,7 @@ bool isSameEntry(const ItemReference& one, const ItemReference& other) {
 
 /// Waits until a new name has reached the disk, and the going of the old one. What cannot be brought there is
 /// taken back.
-std::error_code flushMove(const ItemReference& source, const ItemReference& target) {
+[[nodiscard]] std::error_code flushMove(const ItemReference& source, const ItemReference& target) {
     std::error_code error = flushFolder(target.folder);
     if (!error && !isSameFolder(source, target)) error = flushFolder(source.folder);
     if (!error) return {};
@@ -76,8 +76,8 @@ std::error_code flushMove(const ItemReference& source, const ItemReference& targ
 }
 
 /// Everything that a move of an item needs once a rename has turned out not to reach.
-std::error_code moveByCopy(const StopRequested& stop, const ItemReference& source, const struct stat& status,
-                           const ItemReference& target) {
+[[nodiscard]] std::error_code moveByCopy(const StopRequested& stop, const ItemReference& source,
+                                         const struct stat& status, const ItemReference& target) {
     TreeRecord record;
     if (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) {
         const FileDescriptor item = openItem(source, readingFlags);

@@ -23,7 +23,7 @@ public:
     /// The copy is built out of sight beside `to` and gets its name when all of it is on the disk; on failure
     /// nothing of it remains. file_exists when `to` is taken, invalid_argument when a folder would be copied
     /// into itself.
-    std::error_code copyItem(const std::string& from, const std::string& to) const;
+    [[nodiscard]] std::error_code copyItem(const std::string& from, const std::string& to) const;
 
     /// A rename where both lie on one file system, else a complete copy and the removal of the original. On
     /// failure the original is whole and in its place, unless removing it failed on the way: then the copy is
@@ -31,11 +31,11 @@ public:
     /// meanwhile is never lost; device_or_resource_busy when that ends the move. Errors else as in
     /// `copyItem`. A name that differs from the old one only as the file system does not tell names apart is
     /// no name of its own, so this changes its spelling.
-    std::error_code moveItem(const std::string& from, const std::string& to) const;
+    [[nodiscard]] std::error_code moveItem(const std::string& from, const std::string& to) const;
 
     /// Makes a folder and those above it that are missing; no error when it is there. On failure those that
     /// were made are taken away again. `mode` is what the process's mask leaves of it.
-    std::error_code createDirectory(const std::string& path, mode_t mode = 0777) const;
+    [[nodiscard]] std::error_code createDirectory(const std::string& path, mode_t mode = 0777) const;
 
 private:
     StopRequested stop_;

@@ -13,7 +13,7 @@ namespace vantrel {
 
 namespace {
 
-std::error_code requireOrdinary(const struct stat& status) {
+[[nodiscard]] std::error_code requireOrdinary(const struct stat& status) {
     if (S_ISREG(status.st_mode)) return {};
     return std::make_error_code(S_ISDIR(status.st_mode) ? std::errc::is_a_directory
                                                         : std::errc::operation_not_supported);

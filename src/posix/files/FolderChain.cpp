@@ -22,18 +22,20 @@ class FolderChain {
 public:
     explicit FolderChain(mode_t mode) : mode_(mode) {}
 
-    std::error_code make(const std::string& path) {
+    [[nodiscard]] std::error_code make(const std::string& path) {
         std::error_code error = makeAll(path);
         for (auto made = made_.begin(); made != made_.end() && !error; ++made)
             error = flushFolder(made->folder);
         if (error) {
-            for (auto made = made_.rbegin(); made != made_.rend(); ++made) unlinkItem(*made, AT_REMOVEDIR);
+            // One that somebody has put something into stays.
+            for (auto made = made_.rbegin(); made != made_.rend(); ++made)
+                (void)unlinkItem(*made, AT_REMOVEDIR);
         }
         return error;
     }
 
 private:
-    std::error_code makeAll(const std::string& path) {
+    [[nodiscard]] std::error_code makeAll(const std::string& path) {
         FileDescriptor folder = open(AT_FDCWD, path.starts_with('/') ? "/" : ".");
         if (!folder) return lastError();
         for (std::size_t begin = 0; begin < path.size();) {
@@ -52,7 +54,7 @@ private:
         return {};
     }
 
-    std::error_code makeOne(const FileDescriptor& folder, const std::string& name) {
+    [[nodiscard]] std::error_code makeOne(const FileDescriptor& folder, const std::string& name) {
         FileDescriptor kept = openItem({folder.number(), "."}, passingFlags);
         if (!kept) return lastError();
         clearLeftovers(folder.number());

@@ -24,11 +24,11 @@ public:
     /// Status of the innermost folder as it was entered. Not for the base.
     const struct stat& status() const { return levels_.back().status; }
 
-    std::error_code enter(const std::string& name);
+    [[nodiscard]] std::error_code enter(const std::string& name);
 
     /// Back to the next outer folder. Fails with no_such_file_or_directory when the tree was moved meanwhile
     /// and the way back leads elsewhere.
-    std::error_code leave();
+    [[nodiscard]] std::error_code leave();
 
     /// Names of the entries of the innermost folder, without "." and "..".
     Result<std::vector<std::string>> names();

@@ -45,13 +45,13 @@ constexpr int readingFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY;
 
 /// Opens the item itself: a link is not followed. O_CLOEXEC is added; a new file is its owner's alone. Holds
 /// nothing on failure, and the reason is in errno.
-FileDescriptor openItem(const ItemReference& item, int flags);
+[[nodiscard]] FileDescriptor openItem(const ItemReference& item, int flags);
 
 /// unlinkat(2).
-std::error_code unlinkItem(const ItemReference& item, int flags = 0);
+[[nodiscard]] std::error_code unlinkItem(const ItemReference& item, int flags = 0);
 
 /// Nothing when the name is free in that folder; file_exists when it is taken, also by a dangling link.
-std::error_code requireFree(const ItemReference& item);
+[[nodiscard]] std::error_code requireFree(const ItemReference& item);
 
 /// Whether nothing has that name in that folder.
 bool isGone(const ItemReference& item);

@@ -58,13 +58,14 @@ void clear(const Leftover& leftover, VolumeKind kind) {
     if (leftover.owner != MarkedProcess::ended && !isOld(status)) return;
     const Result<struct stat> named = statusOf(leftover.place);
     if (!named || !isSameFile(*named, status)) return;
+    // What fails here the next operation will try again.
     if (leftover.purpose == Workplace::Purpose::copy) {
-        removeContents(opened.number());
+        (void)removeContents(opened.number());
     } else if (const auto names = namesIn(opened.number())) {
         for (const std::string& name : *names)
             (void)renameToFreeName({opened.number(), name}, {leftover.place.folder, name});
     }
-    unlinkItem(leftover.place, AT_REMOVEDIR);
+    (void)unlinkItem(leftover.place, AT_REMOVEDIR);
 }
 
 /// An original set aside under a hidden name. It carries no lock, so the process must be known to have ended.

@@ -36,7 +36,7 @@ std::optional<std::size_t> fill(int file, off_t offset, std::vector<char>& buffe
     return filled;
 }
 
-std::error_code compareFiles(int one, int other) {
+[[nodiscard]] std::error_code compareFiles(int one, int other) {
     constexpr std::size_t pieceSize = std::size_t{128} * 1024;
     std::vector<char> piece(pieceSize), otherPiece(pieceSize);
     for (off_t offset = 0;; offset += static_cast<off_t>(pieceSize)) {
@@ -52,14 +52,14 @@ std::error_code compareFiles(int one, int other) {
     }
 }
 
-std::error_code unlessChanged(bool isUnchanged) {
+[[nodiscard]] std::error_code unlessChanged(bool isUnchanged) {
     return isUnchanged ? std::error_code() : busy();
 }
 
 /// Goes through one item, an original or its copy, as the record says. Base of those who look at one only.
 class OneTree {
 public:
-    std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
+    [[nodiscard]] std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
 
 protected:
     OneTree(const TreeRecord& record, const ItemReference& top)
@@ -71,7 +71,7 @@ protected:
     }
 
     /// Into a folder, which must hold the names that the record has of it.
-    std::error_code enterUnchanged(const TreeRecord::Entry& entry, std::size_t index) {
+    [[nodiscard]] std::error_code enterUnchanged(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = stack_.enter(itemOf(entry).name)) return error;
         Result<std::vector<std::string>> names = stack_.names();
         if (!names) return names.error();
@@ -89,12 +89,12 @@ class InPlace : public OneTree {
 public:
     InPlace(const TreeRecord& record, const ItemReference& original) : OneTree(record, original) {}
 
-    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
+    [[nodiscard]] std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = leaf(entry)) return error;
         return enterUnchanged(entry, index);
     }
 
-    std::error_code leaf(const TreeRecord::Entry& entry) const {
+    [[nodiscard]] std::error_code leaf(const TreeRecord::Entry& entry) const {
         const ItemReference item = itemOf(entry);
         const Result<struct stat> status = statusOf(item);
         if (!status) return status.error();
@@ -113,7 +113,7 @@ public:
     Aside(const TreeRecord& record, const ItemReference& original, const ItemReference& copy)
         : SideBySide(record, original, copy) {}
 
-    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
+    [[nodiscard]] std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = compareState(entry)) return error;
         if (const std::error_code error = enterBoth(entry)) return error;
         Result<std::vector<std::string>> names = original_.names();
@@ -124,30 +124,30 @@ public:
                              extendedAttributesOf(original_.current()) == record_.topAttributes);
     }
 
-    std::error_code leave(const TreeRecord::Entry&) { return leaveBoth(); }
+    [[nodiscard]] std::error_code leave(const TreeRecord::Entry&) { return leaveBoth(); }
 
-    std::error_code leaf(const TreeRecord::Entry& entry) const {
+    [[nodiscard]] std::error_code leaf(const TreeRecord::Entry& entry) const {
         if (const std::error_code error = compareState(entry)) return error;
         if (S_ISLNK(entry.state.mode)) return compareLinks(entry);
         return entry.state.isFile() ? compareFile(entry) : std::error_code();
     }
 
 private:
-    std::error_code compareState(const TreeRecord::Entry& entry) const {
+    [[nodiscard]] std::error_code compareState(const TreeRecord::Entry& entry) const {
         const Result<struct stat> status = statusOf(originalOf(entry));
         if (!status) return status.error();
         const ItemState now = ItemState::of(*status);
         return unlessChanged(isTop(entry) ? entry.state.isSameButForName(now) : entry.state.isUnchanged(now));
     }
 
-    std::error_code compareFile(const TreeRecord::Entry& entry) const {
+    [[nodiscard]] std::error_code compareFile(const TreeRecord::Entry& entry) const {
         const FileDescriptor file = openItem(originalOf(entry), readingFlags);
         if (!file) return lastError();
         if (takeLease(file.number()) == LeaseAnswer::hasWriter) return busy();
         return entry.isUncertain ? compareContent(file.number(), entry) : std::error_code();
     }
 
-    std::error_code compareLinks(const TreeRecord::Entry& entry) const {
+    [[nodiscard]] std::error_code compareLinks(const TreeRecord::Entry& entry) const {
         const Result<std::string> target = targetOfLink(originalOf(entry));
         if (!target) return target.error();
         const Result<std::string> other = targetOfLink(copyOf(entry));
@@ -162,12 +162,12 @@ public:
     Untouched(const TreeRecord& record, const ItemReference& copy, const timespec& seen)
         : OneTree(record, copy), seen_(seen) {}
 
-    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
+    [[nodiscard]] std::error_code enter(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = compareState(entry)) return error;
         return enterUnchanged(entry, index);
     }
 
-    std::error_code leaf(const TreeRecord::Entry& entry) const {
+    [[nodiscard]] std::error_code leaf(const TreeRecord::Entry& entry) const {
         if (const std::error_code error = compareState(entry)) return error;
         if (!entry.state.isFile()) return {};
         const FileDescriptor file = openItem(itemOf(entry), readingFlags);
@@ -176,7 +176,7 @@ public:
     }
 
 private:
-    std::error_code compareState(const TreeRecord::Entry& entry) const {
+    [[nodiscard]] std::error_code compareState(const TreeRecord::Entry& entry) const {
         const Result<struct stat> status = statusOf(itemOf(entry));
         if (!status) return status.error();
         const ItemState now = ItemState::of(*status);

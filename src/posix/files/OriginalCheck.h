@@ -28,11 +28,11 @@ protected:
     ItemReference copyOf(const TreeRecord::Entry& entry) const {
         return {copy_.current(), isTop(entry) ? copyTop_.name : entry.name};
     }
-    std::error_code enterBoth(const TreeRecord::Entry& entry);
-    std::error_code leaveBoth();
+    [[nodiscard]] std::error_code enterBoth(const TreeRecord::Entry& entry);
+    [[nodiscard]] std::error_code leaveBoth();
 
     /// Whether an open original holds what the copy of `entry` holds; busy() when it does not.
-    std::error_code compareContent(int original, const TreeRecord::Entry& entry) const;
+    [[nodiscard]] std::error_code compareContent(int original, const TreeRecord::Entry& entry) const;
 
     const TreeRecord& record_;
     ItemReference originalTop_;
@@ -42,19 +42,20 @@ protected:
 };
 
 /// Somebody else works on it.
-std::error_code busy();
+[[nodiscard]] std::error_code busy();
 
 /// Whether an original stands in its place as it was copied: nothing came, went or was changed in any way. An
 /// item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted.
-std::error_code checkInPlace(const TreeRecord& record, const ItemReference& original);
+[[nodiscard]] std::error_code checkInPlace(const TreeRecord& record, const ItemReference& original);
 
 /// The same for a folder that was given another name meanwhile, where nobody finds it any more: nobody has a
 /// file in it open for writing either, and what could have been changed without a trace is compared with the
 /// copy. device_or_resource_busy when it is not so.
-std::error_code checkSetAside(const TreeRecord& record, const ItemReference& original,
-                              const ItemReference& copy);
+[[nodiscard]] std::error_code checkSetAside(const TreeRecord& record, const ItemReference& original,
+                                            const ItemReference& copy);
 
 /// Whether a copy is still as it was made, before others could see it: `seen` is when they could.
-std::error_code checkCopy(const TreeRecord& record, const ItemReference& copy, const timespec& seen);
+[[nodiscard]] std::error_code checkCopy(const TreeRecord& record, const ItemReference& copy,
+                                        const timespec& seen);
 
 }  // namespace vantrel

@@ -20,15 +20,15 @@ public:
 
     /// On failure what is left of the original stands under its own name, or one with a number where somebody
     /// has taken that. device_or_resource_busy when others have changed it or are about to.
-    std::error_code run();
+    [[nodiscard]] std::error_code run();
 
     /// Whether a failure has left the original whole.
     bool hasKeptAll() const { return hasKeptAll_; }
 
 private:
-    std::error_code removeFolder();
-    std::error_code removeLeaf();
-    std::error_code putBack(std::error_code reason);
+    [[nodiscard]] std::error_code removeFolder();
+    [[nodiscard]] std::error_code removeLeaf();
+    [[nodiscard]] std::error_code putBack(std::error_code reason);
 
     const TreeRecord& record_;
     const ItemReference& original_;

@@ -20,17 +20,18 @@ public:
 
     /// Makes the copy and waits until all of it is on the disk. `record` gets the originals, where there is
     /// one.
-    std::error_code make(const ItemReference& source, const struct stat& status, TreeRecord* record);
+    [[nodiscard]] std::error_code make(const ItemReference& source, const struct stat& status,
+                                       TreeRecord* record);
 
     /// Gives the copy its name and waits until that is on the disk as well; it has it or, on failure, nothing
     /// is left of the copy.
-    std::error_code putInPlace();
+    [[nodiscard]] std::error_code putInPlace();
 
     /// Removes the copy after it was put in place, unless somebody has found and changed it there meanwhile.
     void takeBack(const TreeRecord& record);
 
 private:
-    std::error_code makeWorkplace();
+    [[nodiscard]] std::error_code makeWorkplace();
     ItemReference outOfSight() const { return {workplace_->number(), target_.name}; }
 
     const StopRequested& stop_;

@@ -18,10 +18,10 @@ public:
     std::optional<VolumeCapacity> volumeCapacity(const std::string& path) override;
 
     // Described at FileOperations, Trash and readFilePrefix.
-    std::error_code copyItem(const std::string& from, const std::string& to) override;
-    std::error_code moveItem(const std::string& from, const std::string& to) override;
-    std::error_code createDirectory(const std::string& path) override;
-    std::error_code trashItem(const std::string& path) override;
+    [[nodiscard]] std::error_code copyItem(const std::string& from, const std::string& to) override;
+    [[nodiscard]] std::error_code moveItem(const std::string& from, const std::string& to) override;
+    [[nodiscard]] std::error_code createDirectory(const std::string& path) override;
+    [[nodiscard]] std::error_code trashItem(const std::string& path) override;
     Result<std::string> readPrefix(const std::string& path, std::size_t limit) override;
 };
 

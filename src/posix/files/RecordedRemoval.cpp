@@ -31,7 +31,7 @@ std::error_code RecordedRemoval::enter(const TreeRecord::Entry& entry, std::size
     const std::string& name = nameOf(entry);
     // Read-only folders are emptied too. Where this is refused, what follows says so.
     if ((entry.state.mode & ownersBits) != ownersBits) {
-        uninterrupted(
+        (void)uninterrupted(
             [&] { return ::fchmodat(original_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW); });
     }
     if (const std::error_code error = enterBoth(entry)) return error;
@@ -120,15 +120,15 @@ std::error_code RecordedRemoval::unlink(const ItemReference& item, int flags) {
     return {};
 }
 
-/// Those that were entered look as before again.
+/// Those that were entered look as before again, as far as they can: the removal has failed already.
 void RecordedRemoval::restoreFolders() {
     for (; !open_.empty(); open_.pop_back()) {
         const ItemState& state = open_.back()->state;
         const int folder = original_.current();
         if ((state.mode & ownersBits) != ownersBits)
-            uninterrupted([&] { return ::fchmod(folder, state.mode & 07777u); });
+            (void)uninterrupted([&] { return ::fchmod(folder, state.mode & 07777u); });
         const std::array<timespec, 2> times{timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, state.modified};
-        if (!hasRemovedAny_) uninterrupted([&] { return ::futimens(folder, times.data()); });
+        if (!hasRemovedAny_) (void)uninterrupted([&] { return ::futimens(folder, times.data()); });
         if (original_.leave()) return;
     }
 }

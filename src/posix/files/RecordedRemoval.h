@@ -17,13 +17,13 @@ public:
                     ItemReference outOfReach)
         : SideBySide(record, original, copy), outOfReach_(std::move(outOfReach)) {}
 
-    std::error_code run();
+    [[nodiscard]] std::error_code run();
 
     bool hasRemovedAny() const { return hasRemovedAny_; }
 
-    std::error_code enter(const TreeRecord::Entry& entry, std::size_t index);
-    std::error_code leave(const TreeRecord::Entry& entry);
-    std::error_code leaf(const TreeRecord::Entry& entry);
+    [[nodiscard]] std::error_code enter(const TreeRecord::Entry& entry, std::size_t index);
+    [[nodiscard]] std::error_code leave(const TreeRecord::Entry& entry);
+    [[nodiscard]] std::error_code leaf(const TreeRecord::Entry& entry);
 
 private:
     /// An item that is looked at, opened where that is possible.
@@ -34,10 +34,10 @@ private:
         struct stat status {};
     };
 
-    std::error_code lookAt(Subject& subject) const;
-    std::error_code lookAgain(const Subject& subject, const ItemReference& place) const;
+    [[nodiscard]] std::error_code lookAt(Subject& subject) const;
+    [[nodiscard]] std::error_code lookAgain(const Subject& subject, const ItemReference& place) const;
     ItemReference placeOutOfReach(const TreeRecord::Entry& entry) const;
-    std::error_code unlink(const ItemReference& item, int flags = 0);
+    [[nodiscard]] std::error_code unlink(const ItemReference& item, int flags = 0);
     void restoreFolders();
 
     ItemReference outOfReach_;

@@ -31,7 +31,7 @@ public:
     /// `path` is absolute and without "." and ".."; a link is trashed itself. invalid_argument for the trash,
     /// for what lies directly in it and for the folders around it, operation_not_supported where no trash is
     /// kept.
-    std::error_code put(const std::string& path) const;
+    [[nodiscard]] std::error_code put(const std::string& path) const;
 
 private:
     bool isHomeMount(const Mount& mount) const;

@@ -43,7 +43,7 @@ std::string_view shortened(std::string_view text, std::size_t limit) {
     return text.substr(0, limit);
 }
 
-std::error_code writeNewFile(const ItemReference& place, const std::string& content) {
+[[nodiscard]] std::error_code writeNewFile(const ItemReference& place, const std::string& content) {
     FileDescriptor file = openItem(place, O_WRONLY | O_CREAT | O_EXCL);
     if (!file) return lastError();
     std::error_code error;
@@ -55,7 +55,7 @@ std::error_code writeNewFile(const ItemReference& place, const std::string& cont
     if (!error) error = flushFile(file.number());
     if (::close(file.release()) != 0 && !error) error = lastError();
     if (!error) error = flushFile(place.folder);
-    if (error) unlinkItem(place);
+    if (error) (void)unlinkItem(place);  // the first failure is the one to report
     return error;
 }
 
@@ -136,7 +136,7 @@ std::error_code TrashCan::put(const ItemReference& item, const std::string& path
         if (error) return error;
         error = rename(item, name);
         if (!error) return {};
-        unlinkItem(infoFile);
+        (void)unlinkItem(infoFile);  // an info without an item is harmless
         // A file without its info, left behind by somebody, keeps its name.
         if (error != std::errc::file_exists) return error;
     }

@@ -19,13 +19,13 @@ public:
     /// Renames the item into the can, after its info file was written under a name that nothing in the can
     /// has; the info is on the disk before the item is in the can, and that is when this returns. `path` is
     /// the item's absolute path without links. On failure the item is where it was and the can as it was.
-    std::error_code put(const ItemReference& item, const std::string& path) const;
+    [[nodiscard]] std::error_code put(const ItemReference& item, const std::string& path) const;
 
 private:
     TrashCan(FileDescriptor folder, std::string topFolder)
         : folder_(std::move(folder)), topFolder_(std::move(topFolder)) {}
 
-    std::error_code rename(const ItemReference& item, const std::string& name) const;
+    [[nodiscard]] std::error_code rename(const ItemReference& item, const std::string& name) const;
     bool holds(int folder) const;
     std::string infoFor(const std::string& path) const;
 

@@ -20,7 +20,7 @@ public:
     TreeCopy(const CopyTask& task, int folder, int newFolder)
         : task_(task), original_(folder), copy_(newFolder), mount_(mountOf(folder)) {}
 
-    std::error_code run(const std::string& name, const std::string& newName) {
+    [[nodiscard]] std::error_code run(const std::string& name, const std::string& newName) {
         if (const std::error_code error = enter(name, newName)) return error;
         root_ = copy_.status();
         while (!remaining_.empty()) {
@@ -31,7 +31,7 @@ public:
     }
 
 private:
-    std::error_code enter(const std::string& name, const std::string& newName) {
+    [[nodiscard]] std::error_code enter(const std::string& name, const std::string& newName) {
         const auto make = [&] { return ::mkdirat(copy_.current(), newName.c_str(), 0700); };
         if (const std::error_code error = outcomeOf(make)) return error;
         if (const std::error_code error = original_.enter(name)) return error;
@@ -46,7 +46,7 @@ private:
         return {};
     }
 
-    std::error_code requireRemovable() const {
+    [[nodiscard]] std::error_code requireRemovable() const {
         if (mountOf(original_.current()) != mount_)
             return std::make_error_code(std::errc::device_or_resource_busy);
         if (original_.status().st_uid == ::geteuid()) return {};
@@ -54,7 +54,7 @@ private:
             [&] { return ::faccessat(original_.current(), ".", R_OK | W_OK | X_OK, AT_EACCESS); });
     }
 
-    std::error_code copyNext() {
+    [[nodiscard]] std::error_code copyNext() {
         if (const std::error_code error = task_.goOn()) return error;
         const ItemReference item{original_.current(), std::move(remaining_.back().back())};
         remaining_.back().pop_back();
@@ -69,7 +69,7 @@ private:
         return enter(item.name, item.name);
     }
 
-    std::error_code finishFolder() {
+    [[nodiscard]] std::error_code finishFolder() {
         remaining_.pop_back();
         const auto error = copyAttributes(original_.current(), original_.status(), copy_.current());
         if (error) return error;

@@ -76,7 +76,7 @@ public:
     /// Goes through all entries in order. `Visitor` has enter(entry, index) for a folder, leave(entry) when
     /// all below it were visited, and leaf(entry) for everything else; the first error ends it.
     template <class Visitor>
-    std::error_code visit(Visitor& visitor) const {
+    [[nodiscard]] std::error_code visit(Visitor& visitor) const {
         std::vector<std::size_t> open;
         for (std::size_t index = 0; index < entries_.size() || !open.empty();) {
             if (!open.empty() && index == entries_[open.back()].end) {

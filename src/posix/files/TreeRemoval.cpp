@@ -20,7 +20,7 @@ class TreeRemoval {
 public:
     explicit TreeRemoval(int folder) : stack_(folder), mount_(mountOf(folder)) {}
 
-    std::error_code run(const std::string& name) {
+    [[nodiscard]] std::error_code run(const std::string& name) {
         remove(name);
         while (!open_.empty()) {
             if (!open_.back().names.empty()) {
@@ -70,7 +70,7 @@ private:
     void enter(const std::string& name, const struct stat& status) {
         // Read-only folders are emptied too. Where this is refused, what follows says so.
         if ((status.st_mode & ownersBits) != ownersBits) {
-            uninterrupted(
+            (void)uninterrupted(
                 [&] { return ::fchmodat(stack_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW); });
         }
         if (const std::error_code error = stack_.enter(name)) return note(error);

@@ -21,7 +21,7 @@ struct CopyTask {
     /// another file system mounted in it and folders that this user may not empty.
     bool isMove() const { return record != nullptr; }
 
-    std::error_code goOn() const {
+    [[nodiscard]] std::error_code goOn() const {
         return stop && stop() ? std::make_error_code(std::errc::operation_canceled) : std::error_code();
     }
 };
@@ -29,14 +29,14 @@ struct CopyTask {
 /// Copies an item with everything below it, of any depth. `copy` must not exist. A copied folder gets its
 /// attributes (see FileCopy.h) once it is filled. Entries that vanish meanwhile are left out. On failure
 /// there is a part of the copy, for the caller to remove.
-std::error_code copyTree(const CopyTask& task, const ItemReference& original, const struct stat& status,
-                         const ItemReference& copy);
+[[nodiscard]] std::error_code copyTree(const CopyTask& task, const ItemReference& original,
+                                       const struct stat& status, const ItemReference& copy);
 
 /// Removes an item with everything below it, read-only folders of this user too. Stops before another mount.
 /// What cannot be removed is passed over; the answer is the first reason.
-std::error_code removeTree(const ItemReference& item);
+[[nodiscard]] std::error_code removeTree(const ItemReference& item);
 
 /// The same for all that an open folder holds.
-std::error_code removeContents(int folder);
+[[nodiscard]] std::error_code removeContents(int folder);
 
 }  // namespace vantrel

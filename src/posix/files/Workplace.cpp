@@ -56,7 +56,7 @@ std::error_code Workplace::open() {
     if (!isOwn(place_.folder, opened.number())) return std::make_error_code(std::errc::permission_denied);
     own_ = std::move(opened);
     // A sign of life for others; the name tells the same where locks do not work.
-    uninterrupted([&] { return ::flock(own_.number(), LOCK_EX | LOCK_NB); });
+    (void)uninterrupted([&] { return ::flock(own_.number(), LOCK_EX | LOCK_NB); });
     // What the folder around hands down to everything made in it is not meant for a copy with its own access.
     for (const char* const list : {"system.posix_acl_default", "system.posix_acl_access"})
         ::fremovexattr(own_.number(), list);
@@ -67,9 +67,10 @@ std::error_code Workplace::open() {
 void Workplace::remove() {
     reserve_.close();
     if (place_.name.empty()) return;
-    // An error that passes, such as a descriptor short, must not leave anything behind.
+    // An error that passes, such as a descriptor short, must not leave anything behind. What does stay, a
+    // later operation clears away.
     for (int attempt = 0; attempt < 3; ++attempt) {
-        if (own_ && purpose_ == Purpose::copy) removeContents(own_.number());
+        if (own_ && purpose_ == Purpose::copy) (void)removeContents(own_.number());
         if (!unlinkItem(place_, AT_REMOVEDIR)) break;
     }
     place_.name.clear();

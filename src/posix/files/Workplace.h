@@ -43,7 +43,7 @@ public:
 private:
     Workplace(Purpose purpose, ItemReference place) : purpose_(purpose), place_(std::move(place)) {}
 
-    std::error_code open();
+    [[nodiscard]] std::error_code open();
 
     Purpose purpose_;
     ItemReference place_;  ///< without a name when there is nothing to take away

@@ -23,7 +23,7 @@ bool isUnsupported(const std::error_code& error) {
 }
 
 /// Some file systems report a full disk only now.
-std::error_code closed(FileDescriptor file) {
+[[nodiscard]] std::error_code closed(FileDescriptor file) {
     return ::close(file.release()) == 0 ? std::error_code() : lastError();
 }
 

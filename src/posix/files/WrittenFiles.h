@@ -19,19 +19,19 @@ public:
     WrittenFiles(int folder);
 
     /// Takes over a finished file, with its attributes.
-    std::error_code add(FileDescriptor file);
+    [[nodiscard]] std::error_code add(FileDescriptor file);
 
     /// The same for a folder, which stays the caller's.
-    std::error_code addFolder(int folder);
+    [[nodiscard]] std::error_code addFolder(int folder);
 
     /// What cannot be flushed by itself: a link, a FIFO.
     void addUnopened() { onlyAll_ = isReachedByAll_; }
 
     /// Flushes all that was added.
-    std::error_code flush();
+    [[nodiscard]] std::error_code flush();
 
     /// Closes what is kept open for later, for whoever needs descriptors now.
-    std::error_code giveUpDescriptors();
+    [[nodiscard]] std::error_code giveUpDescriptors();
 
 private:
     int folder_;
@@ -43,9 +43,9 @@ private:
 /// Waits until what happened to the entries of an open folder has reached the disk. The descriptor may be one
 /// that passes through only (O_PATH). No error where there is no such flushing, or where this user may not
 /// read the folder.
-std::error_code flushFolder(int folder);
+[[nodiscard]] std::error_code flushFolder(int folder);
 
 /// fsync(2) for a file or a folder; no error where the file system knows no such thing.
-std::error_code flushFile(int file);
+[[nodiscard]] std::error_code flushFile(int file);
 
 }  // namespace vantrel
