@@ -8,13 +8,9 @@ namespace {
 
 constexpr std::size_t tabStop = 8;  // columns
 
-bool continuesCodePoint(char byte) {
-    return (byte & 0xC0) == 0x80;
-}
-
 std::string_view cutAfter(std::string_view line, std::size_t byteLimit) {
     if (line.size() <= byteLimit) return line;
-    while (byteLimit > 0 && continuesCodePoint(line[byteLimit])) --byteLimit;
+    while (byteLimit > 0 && text::continuesCodePoint(line[byteLimit])) --byteLimit;
     return line.substr(0, byteLimit);
 }
 

@@ -13,6 +13,11 @@
 /// (LC_COLLATE, LC_NUMERIC, LC_TIME), then LANG; "C" and "POSIX" mean English. Any thread.
 namespace vantrel::text {
 
+/// Whether a byte of UTF-8 belongs to a code point that an earlier byte has begun.
+constexpr bool continuesCodePoint(char byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
 /// UTF-8 with each maximal broken sequence replaced by one U+FFFD (the practice that the Unicode Standard
 /// recommends, section 3.9). Nothing else is changed.
 std::string repairedUtf8(std::string_view bytes);

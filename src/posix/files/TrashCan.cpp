@@ -15,6 +15,7 @@
 #include "base/SystemCall.h"
 #include "posix/files/ExclusiveRename.h"
 #include "posix/files/WrittenFiles.h"
+#include "text/Text.h"
 
 namespace vantrel {
 
@@ -32,15 +33,11 @@ std::string now() {
     return text.data();
 }
 
-bool isContinuation(char byte) {
-    return (byte & 0xC0) == 0x80;
-}
-
-std::string_view shortened(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit) return text;
+std::string_view shortened(std::string_view name, std::size_t limit) {
+    if (name.size() <= limit) return name;
     // At most three bytes follow the first one of a character; more are none.
-    for (int steps = 0; steps < 3 && limit > 0 && isContinuation(text[limit]); ++steps) --limit;
-    return text.substr(0, limit);
+    for (int steps = 0; steps < 3 && limit > 0 && text::continuesCodePoint(name[limit]); ++steps) --limit;
+    return name.substr(0, limit);
 }
 
 [[nodiscard]] std::error_code writeNewFile(const ItemReference& place, const std::string& content) {

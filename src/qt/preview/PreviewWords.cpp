@@ -2,6 +2,8 @@
 
 #include <QLocale>
 
+#include "text/UserLocale.h"
+
 namespace vantrel::previewWords {
 
 namespace {
@@ -13,13 +15,9 @@ const QString datePattern = QStringLiteral("yyyy-MM-dd HH:mm");
 /// The user's locale for one category such as "LC_TIME". QLocale() would take the words of the language for
 /// all, and writes no groups of digits where that is "C".
 QLocale userLocale(const char* category) {
-    for (const char* const variable : {"LC_ALL", category, "LANG"}) {
-        const QString name = qEnvironmentVariable(variable);
-        if (name.isEmpty()) continue;
-        const QLocale locale(name);
-        if (locale.language() != QLocale::C) return locale;
-        break;
-    }
+    const std::string_view name = text::userLocaleName(category);
+    const QLocale locale(QString::fromLocal8Bit(name.data(), static_cast<qsizetype>(name.size())));
+    if (locale.language() != QLocale::C) return locale;
     return {QLocale::English, QLocale::UnitedStates};
 }
 
