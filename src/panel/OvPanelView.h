@@ -13,6 +13,7 @@
 #include "panel/ItemOrder.h"
 #include "panel/OvPanelViewDelegate.h"
 #include "panel/PanelAccessible.h"
+#include "panel/PanelCursor.h"
 #include "platform/Desktop.h"
 #include "platform/Font.h"
 #include "platform/Timer.h"
@@ -56,8 +57,8 @@ public:
     void setShowHiddenFiles(bool show);
 
     const ItemList& items() const { return items_; }
-    std::int64_t selectedIndex() const { return selectedIndex_; }  ///< outside the list when that is empty
-    std::int64_t scrollOffset() const { return scrollOffset_; }
+    std::int64_t selectedIndex() const { return cursor_.index(); }  ///< outside the list when that is empty
+    std::int64_t scrollOffset() const { return cursor_.offset(); }
     std::int64_t spinnerFrame() const { return spinnerFrame_; }
     const Font& retroFont() const { return retroFont_; }
     const Font& boldRetroFont() const { return boldRetroFont_; }
@@ -74,7 +75,7 @@ public:
     bool isCalculatingSizes() const;
 
     // Cursor.
-    std::int64_t visibleRowCount() const;
+    std::int64_t visibleRowCount() const { return cursor_.rowsInSight(); }
     std::shared_ptr<FileItem> selectedItem() const;  ///< null when the cursor stands on no row
     void moveUp();
     void moveDown();
@@ -98,7 +99,7 @@ public:
     EventResult scrollWheel(const ScrollEvent& event) override;
 
 protected:
-    void frameDidChange() override { clampScroll(); }
+    void frameDidChange() override;
 
 private:
     /// A folder's row whose final report is still to come.
@@ -109,13 +110,8 @@ private:
 
     OvPanelView(const Desktop& desktop, VantrelEngine& engine);
 
-    std::int64_t itemCount() const { return static_cast<std::int64_t>(items_.size()); }
-    void moveCursor(std::int64_t index);
-    void adjustScroll();
-    void clampScroll();
-
     ItemList readDirectory();
-    void selectAfterLoading(const std::optional<std::string>& keepSelection);
+    std::int64_t rowAfterLoading(const std::optional<std::string>& keepSelection) const;
     void requestSizes();
     void requestSize(AwaitedSize& awaited);
     void sizeDidUpdate(FileItem& item, VantrelState state);
@@ -145,8 +141,7 @@ private:
     std::string currentPath_;
     bool isActivePanel_ = false;
     ItemList items_;
-    std::int64_t selectedIndex_ = 0;
-    std::int64_t scrollOffset_ = 0;
+    PanelCursor cursor_;
     SortField sortField_ = SortField::name;
     SortDirection sortDirection_ = SortDirection::ascending;
     SizeDisplayMode sizeDisplayMode_ = SizeDisplayMode::humanReadable;

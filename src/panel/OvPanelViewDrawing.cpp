@@ -127,17 +127,16 @@ void OvPanelView::drawColumnHeaders(Canvas& canvas) const {
 }
 
 void OvPanelView::drawRows(Canvas& canvas) const {
-    const std::int64_t end = std::min(scrollOffset_ + visibleRowCount(), itemCount());
-    for (std::int64_t index = scrollOffset_; index < end; ++index) drawRow(canvas, index);
+    for (std::int64_t row = cursor_.offset(); row < cursor_.endInSight(); ++row) drawRow(canvas, row);
 }
 
 void OvPanelView::drawRow(Canvas& canvas, std::int64_t index) const {
     const FileItem& item = *items_[static_cast<std::size_t>(index)];
     const double w = bounds().width;
-    const double y = panel::rowTop(index - scrollOffset_);
+    const double y = panel::rowTop(index - cursor_.offset());
     const double textY = y + rowTextTop;
     const Columns columns(w);
-    const bool isSelected = index == selectedIndex_;
+    const bool isSelected = index == cursor_.index();
     if (isSelected) {
         canvas.fill({selectionInset, y, w - 2 * selectionInset, rowHeight},
                     isActivePanel_ ? OvPalette::activeSelectionBg : OvPalette::inactiveSelectionBg);
@@ -187,7 +186,7 @@ std::string OvPanelView::statusText() const {
 }
 
 std::string OvPanelView::countAndFreeSpaceText() const {
-    std::string text = std::to_string(itemCount()) + " items";
+    std::string text = std::to_string(items_.size()) + " items";
     if (const auto capacity = VantrelEngine::getVolumeCapacity(desktop_.files, currentPath_)) {
         text += " | " + FileItem::formatBytes(capacity->freeBytes, SizeDisplayMode::humanReadable) + " free";
     }

@@ -43,8 +43,7 @@ std::shared_ptr<FileItem> makeItem(const std::string& folder, DirectoryEntry ent
 void OvPanelView::loadDirectory(const std::optional<std::string>& keepSelection) {
     items_ = readDirectory();
     sortItems();
-    selectAfterLoading(keepSelection);
-    adjustScroll();
+    cursor_.reset(static_cast<std::int64_t>(items_.size()), rowAfterLoading(keepSelection));
     setNeedsDisplay();
     requestSizes();
 }
@@ -70,12 +69,13 @@ ItemList OvPanelView::readDirectory() {
     return list;
 }
 
-void OvPanelView::selectAfterLoading(const std::optional<std::string>& keepSelection) {
-    selectedIndex_ = items_.size() >= 2 && items_.front()->isParentDir ? 1 : 0;
-    if (!keepSelection) return;
-    const auto kept =
-        std::ranges::find_if(items_, [&](const auto& item) { return item->name == *keepSelection; });
-    if (kept != items_.end()) selectedIndex_ = kept - items_.begin();
+std::int64_t OvPanelView::rowAfterLoading(const std::optional<std::string>& keepSelection) const {
+    if (keepSelection) {
+        const auto kept =
+            std::ranges::find_if(items_, [&](const auto& item) { return item->name == *keepSelection; });
+        if (kept != items_.end()) return kept - items_.begin();
+    }
+    return items_.size() >= 2 && items_.front()->isParentDir ? 1 : 0;
 }
 
 void OvPanelView::requestSizes() {

@@ -18,57 +18,41 @@ constexpr double barsHeight = listTop + OvPanelView::bottomBarHeight;
 
 }  // namespace
 
-std::int64_t OvPanelView::visibleRowCount() const {
-    return std::max<std::int64_t>(1, static_cast<std::int64_t>((bounds().height - barsHeight) / rowHeight));
+void OvPanelView::frameDidChange() {
+    const auto rows = static_cast<std::int64_t>((bounds().height - barsHeight) / rowHeight);
+    cursor_.setRowsInSight(std::max<std::int64_t>(1, rows));
 }
 
 std::shared_ptr<FileItem> OvPanelView::selectedItem() const {
-    if (selectedIndex_ < 0 || selectedIndex_ >= itemCount()) return nullptr;
-    return items_[static_cast<std::size_t>(selectedIndex_)];
-}
-
-void OvPanelView::moveCursor(std::int64_t index) {
-    selectedIndex_ = index;
-    adjustScroll();
-    setNeedsDisplay();
+    return cursor_.isOnRow() ? items_[static_cast<std::size_t>(cursor_.index())] : nullptr;
 }
 
 void OvPanelView::moveUp() {
-    if (selectedIndex_ > 0) moveCursor(selectedIndex_ - 1);
+    if (cursor_.moveUp()) setNeedsDisplay();
 }
 
 void OvPanelView::moveDown() {
-    if (selectedIndex_ < itemCount() - 1) moveCursor(selectedIndex_ + 1);
+    if (cursor_.moveDown()) setNeedsDisplay();
 }
 
 void OvPanelView::pageUp() {
-    moveCursor(std::max<std::int64_t>(0, selectedIndex_ - visibleRowCount()));
+    cursor_.pageUp();
+    setNeedsDisplay();
 }
 
 void OvPanelView::pageDown() {
-    moveCursor(std::min(selectedIndex_ + visibleRowCount(), itemCount() - 1));
+    cursor_.pageDown();
+    setNeedsDisplay();
 }
 
 void OvPanelView::home() {
-    moveCursor(0);
+    cursor_.home();
+    setNeedsDisplay();
 }
 
 void OvPanelView::end() {
-    moveCursor(std::max<std::int64_t>(0, itemCount() - 1));
-}
-
-void OvPanelView::adjustScroll() {
-    if (selectedIndex_ < scrollOffset_) {
-        scrollOffset_ = selectedIndex_;
-    } else if (selectedIndex_ >= scrollOffset_ + visibleRowCount()) {
-        scrollOffset_ = selectedIndex_ - visibleRowCount() + 1;
-    }
-    clampScroll();
-}
-
-void OvPanelView::clampScroll() {
-    const std::int64_t last = std::max<std::int64_t>(0, itemCount() - visibleRowCount());
-    scrollOffset_ = std::clamp<std::int64_t>(scrollOffset_, 0, last);
+    cursor_.end();
+    setNeedsDisplay();
 }
 
 void OvPanelView::activateCurrentItem() {
@@ -96,7 +80,9 @@ void OvPanelView::selectItemByPrefix(std::string_view prefix) {
     const auto found = std::ranges::find_if(items_, [&](const auto& item) {
         return !item->isParentDir && text::hasPrefixIgnoringCase(item->name, prefix);
     });
-    if (found != items_.end()) moveCursor(found - items_.begin());
+    if (found == items_.end()) return;
+    cursor_.moveTo(found - items_.begin());
+    setNeedsDisplay();
 }
 
 EventResult OvPanelView::mouseDown(const MouseEvent& event) {
@@ -108,9 +94,9 @@ EventResult OvPanelView::mouseDown(const MouseEvent& event) {
     }
     const double depth = place.y - listTop;
     if (depth < 0 || depth >= bounds().height - barsHeight) return EventResult::handled;
-    const std::int64_t row = static_cast<std::int64_t>(depth / rowHeight) + scrollOffset_;
-    if (row < 0 || row >= itemCount()) return EventResult::handled;
-    selectedIndex_ = row;
+    const std::int64_t row = static_cast<std::int64_t>(depth / rowHeight) + cursor_.offset();
+    if (!cursor_.hasRow(row)) return EventResult::handled;
+    cursor_.pointAt(row);
     setNeedsDisplay();
     if (event.clickCount == 2) activateCurrentItem();
     return EventResult::handled;
@@ -142,7 +128,9 @@ void OvPanelView::sortOrToggle(SortField field) {
 
 void OvPanelView::selectRow(std::int64_t row) {
     if (const auto owner = delegate.lock()) owner->panelDidSelect(*this);
-    if (row >= 0 && row < itemCount()) moveCursor(row);
+    if (!cursor_.hasRow(row)) return;
+    cursor_.moveTo(row);
+    setNeedsDisplay();
 }
 
 void OvPanelView::clickTitle(SortField field) {
@@ -151,9 +139,8 @@ void OvPanelView::clickTitle(SortField field) {
 }
 
 EventResult OvPanelView::scrollWheel(const ScrollEvent& event) {
-    if (event.deltaY > 0) scrollOffset_ -= wheelStep;
-    if (event.deltaY < 0) scrollOffset_ += wheelStep;
-    clampScroll();
+    if (event.deltaY > 0) cursor_.scrollBy(-wheelStep);
+    if (event.deltaY < 0) cursor_.scrollBy(wheelStep);
     setNeedsDisplay();
     return EventResult::handled;
 }
