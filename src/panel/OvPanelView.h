@@ -14,6 +14,7 @@
 #include "panel/OvPanelViewDelegate.h"
 #include "panel/PanelAccessible.h"
 #include "panel/PanelCursor.h"
+#include "panel/PanelGeometry.h"
 #include "platform/Desktop.h"
 #include "platform/Font.h"
 #include "platform/Timer.h"
@@ -27,10 +28,10 @@ class VantrelEngine;
 /// Main thread only. Owned by shared_ptr: size reports and the spinner's timer hold it weakly.
 class OvPanelView final : public View {
 public:
-    static constexpr double rowHeight = 20;  ///< points, as are all heights
-    static constexpr double headerHeight = 24;
-    static constexpr double topBarHeight = 24;
-    static constexpr double bottomBarHeight = 24;
+    static constexpr double rowHeight = panel::rowHeight;  ///< points, as are all heights
+    static constexpr double headerHeight = panel::headerHeight;
+    static constexpr double topBarHeight = panel::topBarHeight;
+    static constexpr double bottomBarHeight = panel::bottomBarHeight;
 
     /// A panel without a folder; the spinner's timer runs from here on. Ports and engine are borrowed.
     static std::shared_ptr<OvPanelView> make(const Desktop& desktop, VantrelEngine& engine);
@@ -120,7 +121,6 @@ private:
     void askAgainForSilencedSizes();
     void startSpinnerTimer();
     void spinnerTick();
-    void clickHeader(double x);
     void sortOrToggle(SortField field);
 
     void drawFrameAndTitle(Canvas& canvas) const;

@@ -10,29 +10,10 @@
 
 namespace vantrel {
 
-using panel::Columns;
-using panel::headerRuleY;
-using panel::headerTop;
-using panel::rowsTop;
+using namespace panel;
 
 namespace {
 
-// Points.
-constexpr double frameLineWidth = 1.5;
-constexpr double ruleWidth = 1;
-constexpr double outerFrameInset = 2;
-constexpr double innerFrameInset = 4;
-constexpr double titleTop = 4;
-constexpr double titleMargin = 6;
-constexpr double minimumTextX = 10;
-constexpr double bandHeight = 24;
-constexpr double headerTitleTop = 29;
-constexpr double rowTextTop = 2;
-constexpr double selectionInset = 6;
-constexpr double footerRuleHeight = 26;   // from the bottom edge
-constexpr double listSeparatorsEnd = 28;  // from the bottom edge
-constexpr double statusTextHeight = 23;   // from the bottom edge
-constexpr double statusLeftShare = 0.6;
 constexpr double listSeparatorOpacity = 0.4;
 
 constexpr std::size_t longestTitlePath = 45;  // characters
@@ -86,7 +67,7 @@ void OvPanelView::draw(Canvas& canvas) {
     drawColumnHeaders(canvas);
     drawRows(canvas);
     drawListSeparators(canvas);
-    canvas.line({innerFrameInset, h - footerRuleHeight}, {w - innerFrameInset, h - footerRuleHeight},
+    canvas.line({innerFrameInset, h - footerRuleFromBottom}, {w - innerFrameInset, h - footerRuleFromBottom},
                 ruleWidth, frameColor());
     drawStatusLine(canvas);
 }
@@ -98,10 +79,11 @@ void OvPanelView::drawFrameAndTitle(Canvas& canvas) const {
 
     const std::string title = "╒══ " + titlePath(currentPath_) + " ══╕";
     const double measured = canvas.textSize(title, boldRetroFont_).width;
-    const double x = std::max(minimumTextX, (w - measured) / 2);
-    const double width = std::min(measured, w - 2 * minimumTextX);
-    canvas.fill({x - titleMargin, 0, width + 2 * titleMargin, bandHeight}, OvPalette::dosBlue);
-    canvas.text(title, {x, titleTop, width, bandHeight}, boldRetroFont_,
+    const double x = std::max(textMargin, (w - measured) / 2);
+    const double width = std::min(measured, w - 2 * textMargin);
+    canvas.fill({x - titlePatchMargin, 0, width + 2 * titlePatchMargin, titlePatchHeight},
+                OvPalette::dosBlue);
+    canvas.text(title, {x, titleTop, width, textHeight}, boldRetroFont_,
                 isActivePanel_ ? OvPalette::dosYellow : OvPalette::dosLightGray);
 }
 
@@ -117,13 +99,13 @@ void OvPanelView::drawColumnHeaders(Canvas& canvas) const {
                                std::optional<SortField> field) {
         const bool isSorted = field == sortField_;
         const char* arrow = sortDirection_ == SortDirection::ascending ? " ▲" : " ▼";
-        canvas.text(isSorted ? title + arrow : title, {x, headerTitleTop, width, bandHeight}, boldRetroFont_,
+        canvas.text(isSorted ? title + arrow : title, {x, headerTextTop, width, textHeight}, boldRetroFont_,
                     isSorted ? OvPalette::dosBrightWhite : OvPalette::dosYellow);
     };
-    drawTitle(" Name", 10, columns.start - 10, SortField::name);
-    drawTitle("Size", columns.size + 5, 77, SortField::size);
-    drawTitle("Date", columns.date + 5, 87, SortField::date);
-    drawTitle("Time", columns.time + 5, 37, std::nullopt);
+    drawTitle(" Name", textMargin, columns.start - textMargin, SortField::name);
+    drawTitle("Size", columns.size + titleInset, sizeTitleWidth, SortField::size);
+    drawTitle("Date", columns.date + titleInset, dateTitleWidth, SortField::date);
+    drawTitle("Time", columns.time + titleInset, timeTitleWidth, std::nullopt);
 }
 
 void OvPanelView::drawRows(Canvas& canvas) const {
@@ -133,8 +115,8 @@ void OvPanelView::drawRows(Canvas& canvas) const {
 void OvPanelView::drawRow(Canvas& canvas, std::int64_t index) const {
     const FileItem& item = *items_[static_cast<std::size_t>(index)];
     const double w = bounds().width;
-    const double y = panel::rowTop(index - cursor_.offset());
-    const double textY = y + rowTextTop;
+    const double y = rowTop(index - cursor_.offset());
+    const double textY = y + rowTextInset;
     const Columns columns(w);
     const bool isSelected = index == cursor_.index();
     if (isSelected) {
@@ -143,37 +125,39 @@ void OvPanelView::drawRow(Canvas& canvas, std::int64_t index) const {
     }
     const RowColors colors = isSelected ? selectionColors(isActivePanel_) : colorsOf(item);
 
-    canvas.text(nameText(item), {10, textY, columns.start - 14, rowHeight},
+    canvas.text(nameText(item), {textMargin, textY, columns.start - (textMargin + nameGap), rowHeight},
                 item.isDirectory ? boldRetroFont_ : retroFont_, colors.name);
 
     const std::string size = item.formattedSize(sizeDisplayMode_, spinnerFrame_);
     const double sizeWidth = canvas.textSize(size, retroFont_).width;
     canvas.text(size,
-                {std::max(columns.size + 4, columns.date - sizeWidth - 8), textY,
-                 columns.date - columns.size - 8, rowHeight},
+                {std::max(columns.size + sizeInset, columns.date - sizeWidth - sizeGap), textY,
+                 columns.date - columns.size - sizeGap, rowHeight},
                 retroFont_, colors.size);
 
-    canvas.text(item.formattedDate(), {columns.date + 6, textY, 87, rowHeight}, retroFont_, colors.date);
-    canvas.text(item.formattedTime(), {columns.time + 6, textY, 45, rowHeight}, retroFont_, colors.date);
+    canvas.text(item.formattedDate(), {columns.date + dateInset, textY, dateTextWidth, rowHeight}, retroFont_,
+                colors.date);
+    canvas.text(item.formattedTime(), {columns.time + dateInset, textY, timeTextWidth, rowHeight}, retroFont_,
+                colors.date);
 }
 
 void OvPanelView::drawListSeparators(Canvas& canvas) const {
     const Color color = OvPalette::dosCyan.withAlpha(listSeparatorOpacity);
     for (const double x : Columns(bounds().width).separators()) {
-        canvas.line({x, rowsTop}, {x, bounds().height - listSeparatorsEnd}, ruleWidth, color);
+        canvas.line({x, rowsTop}, {x, bounds().height - listEndFromBottom}, ruleWidth, color);
     }
 }
 
 void OvPanelView::drawStatusLine(Canvas& canvas) const {
     const double w = bounds().width;
-    const double y = bounds().height - statusTextHeight;
-    canvas.text(statusText(), {minimumTextX, y, w * statusLeftShare, bandHeight}, retroFont_,
+    const double y = bounds().height - statusFromBottom;
+    canvas.text(statusText(), {textMargin, y, w * statusShare, textHeight}, retroFont_,
                 OvPalette::dosBrightWhite);
 
     const std::string right = countAndFreeSpaceText();
     const double width = canvas.textSize(right, retroFont_).width;
-    canvas.text(right, {std::max(minimumTextX, w - width - 14), y, width + 5, bandHeight}, retroFont_,
-                OvPalette::dosBrightWhite);
+    canvas.text(right, {std::max(textMargin, w - width - countMargin), y, width + countSlack, textHeight},
+                retroFont_, OvPalette::dosBrightWhite);
 }
 
 std::string OvPanelView::statusText() const {

@@ -1,6 +1,7 @@
 #include "panel/OvPanelView.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/Paths.h"
 #include "panel/PanelGeometry.h"
@@ -11,16 +12,14 @@ namespace vantrel {
 namespace {
 
 constexpr std::int64_t wheelStep = 2;  // rows
-constexpr double sizeZoneEnd = 85;     // points from the start of the fixed columns
-constexpr double dateZoneEnd = 180;
-constexpr double listTop = OvPanelView::topBarHeight + OvPanelView::headerHeight;
-constexpr double barsHeight = listTop + OvPanelView::bottomBarHeight;
+
+/// What a click on the title of each column sorts by.
+constexpr std::array fields{SortField::name, SortField::size, SortField::date, SortField::ext};
 
 }  // namespace
 
 void OvPanelView::frameDidChange() {
-    const auto rows = static_cast<std::int64_t>((bounds().height - barsHeight) / rowHeight);
-    cursor_.setRowsInSight(std::max<std::int64_t>(1, rows));
+    cursor_.setRowsInSight(panel::rowsThatFit(bounds().height));
 }
 
 std::shared_ptr<FileItem> OvPanelView::selectedItem() const {
@@ -88,31 +87,16 @@ void OvPanelView::selectItemByPrefix(std::string_view prefix) {
 EventResult OvPanelView::mouseDown(const MouseEvent& event) {
     if (const auto owner = delegate.lock()) owner->panelDidSelect(*this);
     const Point place = convertFromWindow(event.locationInWindow);
-    if (place.y >= topBarHeight && place.y < listTop) {
-        clickHeader(place.x);
+    if (panel::isInHeader(place.y)) {
+        sortOrToggle(fields[panel::Columns(bounds().width).hitBy(place.x)]);
         return EventResult::handled;
     }
-    const double depth = place.y - listTop;
-    if (depth < 0 || depth >= bounds().height - barsHeight) return EventResult::handled;
-    const std::int64_t row = static_cast<std::int64_t>(depth / rowHeight) + cursor_.offset();
-    if (!cursor_.hasRow(row)) return EventResult::handled;
-    cursor_.pointAt(row);
+    const auto line = panel::placeHitBy(place.y, bounds().height);
+    if (!line || !cursor_.hasRow(cursor_.offset() + *line)) return EventResult::handled;
+    cursor_.pointAt(cursor_.offset() + *line);
     setNeedsDisplay();
     if (event.clickCount == 2) activateCurrentItem();
     return EventResult::handled;
-}
-
-void OvPanelView::clickHeader(double x) {
-    const double fixedColumns = panel::Columns(bounds().width).start;
-    SortField field = SortField::ext;
-    if (x < fixedColumns) {
-        field = SortField::name;
-    } else if (x < fixedColumns + sizeZoneEnd) {
-        field = SortField::size;
-    } else if (x < fixedColumns + dateZoneEnd) {
-        field = SortField::date;
-    }
-    sortOrToggle(field);
 }
 
 void OvPanelView::sortOrToggle(SortField field) {
