@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "model/engine/VantrelEngine.h"
+#include "panel/PanelPainter.h"
 #include "theme/OvPalette.h"
 
 namespace vantrel {
@@ -24,6 +25,23 @@ std::shared_ptr<OvPanelView> OvPanelView::make(const Desktop& desktop, VantrelEn
     std::shared_ptr<OvPanelView> panel(new OvPanelView(desktop, engine));
     panel->startSpinnerTimer();
     return panel;
+}
+
+PanelState OvPanelView::state() const {
+    const auto capacity = VantrelEngine::getVolumeCapacity(desktop_.files, currentPath_);
+    return {.path = currentPath_,
+            .items = items_,
+            .cursor = cursor_,
+            .sortField = sortField_,
+            .sortDirection = sortDirection_,
+            .sizeDisplayMode = sizeDisplayMode_,
+            .isActive = isActivePanel_,
+            .spinnerFrame = spinnerFrame_,
+            .freeBytes = capacity ? std::optional(capacity->freeBytes) : std::nullopt};
+}
+
+void OvPanelView::draw(Canvas& canvas) {
+    paintPanel(canvas, {bounds().width, bounds().height}, {retroFont_, boldRetroFont_}, state());
 }
 
 void OvPanelView::setCurrentPath(const std::string& path) {

@@ -15,6 +15,7 @@
 #include "panel/PanelAccessible.h"
 #include "panel/PanelCursor.h"
 #include "panel/PanelGeometry.h"
+#include "panel/PanelState.h"
 #include "platform/Desktop.h"
 #include "platform/Font.h"
 #include "platform/Timer.h"
@@ -92,6 +93,9 @@ public:
     void selectRow(std::int64_t row);
     void clickTitle(SortField field);
 
+    /// What a front end paints; asks the file system for the free space at each call.
+    PanelState state() const;
+
     // View.
     void draw(Canvas& canvas) override;
     Accessible* accessible() override { return &accessible_; }
@@ -122,16 +126,6 @@ private:
     void startSpinnerTimer();
     void spinnerTick();
     void sortOrToggle(SortField field);
-
-    void drawFrameAndTitle(Canvas& canvas) const;
-    void drawColumnHeaders(Canvas& canvas) const;
-    void drawRows(Canvas& canvas) const;
-    void drawRow(Canvas& canvas, std::int64_t index) const;
-    void drawListSeparators(Canvas& canvas) const;
-    void drawStatusLine(Canvas& canvas) const;
-    std::string statusText() const;
-    std::string countAndFreeSpaceText() const;
-    const Color& frameColor() const;
 
     const Desktop desktop_;
     VantrelEngine& engine_;

@@ -1,10 +1,9 @@
 #include "panel/OvPanelView.h"
 
 #include <algorithm>
-#include <array>
 
 #include "base/Paths.h"
-#include "panel/PanelGeometry.h"
+#include "panel/PanelLook.h"
 #include "text/Text.h"
 
 namespace vantrel {
@@ -12,10 +11,6 @@ namespace vantrel {
 namespace {
 
 constexpr std::int64_t wheelStep = 2;  // rows
-
-/// What a click on the title of each column sorts by.
-constexpr std::array fields{SortField::name, SortField::size, SortField::date, SortField::ext};
-
 }  // namespace
 
 void OvPanelView::frameDidChange() {
@@ -88,7 +83,7 @@ EventResult OvPanelView::mouseDown(const MouseEvent& event) {
     if (const auto owner = delegate.lock()) owner->panelDidSelect(*this);
     const Point place = convertFromWindow(event.locationInWindow);
     if (panel::isInHeader(place.y)) {
-        sortOrToggle(fields[panel::Columns(bounds().width).hitBy(place.x)]);
+        sortOrToggle(panel::columnTitles[panel::Columns(bounds().width).hitBy(place.x)].clickSortsBy);
         return EventResult::handled;
     }
     const auto line = panel::placeHitBy(place.y, bounds().height);

@@ -1,11 +1,11 @@
 #include "panel/PanelAccessible.h"
 
 #include <algorithm>
-#include <array>
 #include <numeric>
 
 #include "panel/OvPanelView.h"
 #include "panel/PanelGeometry.h"
+#include "panel/PanelLook.h"
 #include "text/Text.h"
 
 namespace vantrel {
@@ -13,13 +13,7 @@ namespace vantrel {
 namespace {
 
 using panel::Columns;
-
-enum Column : std::size_t { nameColumn, sizeColumn, dateColumn, timeColumn };
-
-constexpr std::array titles{"Name", "Size", "Date", "Time"};
-
-/// What a click on a title sorts by.
-constexpr std::array fields{SortField::name, SortField::size, SortField::date, SortField::ext};
+using panel::columnTitles;
 
 /// Elements are the titles and then the cells, row by row.
 std::int64_t rowOf(std::size_t element) {
@@ -82,10 +76,10 @@ AccessibleElement PanelAccessible::element(std::size_t index) const {
 }
 
 AccessibleElement PanelAccessible::headerElement(std::size_t column) const {
-    const bool isSorted = column != timeColumn && fields[column] == panel_.sortField();
+    const bool isSorted = panel::isSortedBy(column, panel_.sortField());
     const bool isAscending = panel_.sortDirection() == SortDirection::ascending;
     return {.role = AccessibleRole::columnHeader,
-            .name = titles[column],
+            .name = std::string(columnTitles[column].text),
             .description = !isSorted     ? ""
                            : isAscending ? "sorted ascending"
                                          : "sorted descending",
@@ -101,7 +95,7 @@ AccessibleElement PanelAccessible::cellElement(std::int64_t row, std::size_t col
     const bool isOnShow = place >= 0 && place < panel_.visibleRowCount();
     return {.role = AccessibleRole::cell,
             .name = cellText(item, column),
-            .description = column == nameColumn ? kindOf(item) : "",
+            .description = column == panel::nameColumn ? kindOf(item) : "",
             .keyBinding = "",
             .frame = isOnShow ? columnArea(panel_.bounds().width, column, panel::rowTop(place),
                                            OvPanelView::rowHeight)
@@ -113,11 +107,11 @@ AccessibleElement PanelAccessible::cellElement(std::int64_t row, std::size_t col
 
 std::string PanelAccessible::cellText(const FileItem& item, std::size_t column) const {
     switch (column) {
-        case sizeColumn:
+        case panel::sizeColumn:
             return sizeText(item);
-        case dateColumn:
+        case panel::dateColumn:
             return item.formattedDate();
-        case timeColumn:
+        case panel::timeColumn:
             return item.formattedTime();
         default:
             return text::shownText(item.name);
@@ -162,7 +156,7 @@ std::vector<std::size_t> PanelAccessible::shownElements() const {
 
 std::optional<std::size_t> PanelAccessible::selectedElement() const {
     if (!panel_.selectedItem()) return std::nullopt;
-    return elementOf(panel_.selectedIndex(), nameColumn);
+    return elementOf(panel_.selectedIndex(), panel::nameColumn);
 }
 
 std::optional<std::size_t> PanelAccessible::focusedElement() const {
@@ -172,7 +166,7 @@ std::optional<std::size_t> PanelAccessible::focusedElement() const {
 void PanelAccessible::press(std::size_t index) {
     const std::int64_t row = rowOf(index);
     if (row < 0) {
-        panel_.clickTitle(fields[columnOf(index)]);
+        panel_.clickTitle(columnTitles[columnOf(index)].clickSortsBy);
         return;
     }
     panel_.selectRow(row);
