@@ -19,10 +19,12 @@ OvPanelView::OvPanelView(const Desktop& desktop, VantrelEngine& engine)
     : desktop_(desktop),
       engine_(engine),
       retroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::regular)),
-      boldRetroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::bold)) {}
+      boldRetroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::bold)),
+      sizes_(engine) {}
 
 std::shared_ptr<OvPanelView> OvPanelView::make(const Desktop& desktop, VantrelEngine& engine) {
     std::shared_ptr<OvPanelView> panel(new OvPanelView(desktop, engine));
+    panel->sizes_.delegate = panel;
     panel->startSpinnerTimer();
     return panel;
 }
@@ -84,14 +86,18 @@ void OvPanelView::sortItems() {
     orderDidChange();
 }
 
-void OvPanelView::sortAfterTotal() {
-    sortChangedSizes(items_, changedSinceSort_, sortDirection_);
-    orderDidChange();
-}
-
 void OvPanelView::orderDidChange() {
     changedSinceSort_.clear();
     ++orderRevision_;
+}
+
+void OvPanelView::sizeDidChange(FileItem& row) {
+    changedSinceSort_.add(row);
+    if (isCalculated(row.vantrelState) && sortField_ == SortField::size) {
+        sortChangedSizes(items_, changedSinceSort_, sortDirection_);
+        orderDidChange();
+    }
+    setNeedsDisplay(Redraw::inPassing);
 }
 
 void OvPanelView::startSpinnerTimer() {
@@ -102,7 +108,7 @@ void OvPanelView::startSpinnerTimer() {
 
 void OvPanelView::spinnerTick() {
     if (!isCalculatingSizes()) return;
-    askAgainForSilencedSizes();
+    sizes_.askAgain();
     engine_.catchUp();
     ++spinnerFrame_;
     setNeedsDisplay(Redraw::inPassing);

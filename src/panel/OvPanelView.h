@@ -16,6 +16,7 @@
 #include "panel/PanelCursor.h"
 #include "panel/PanelGeometry.h"
 #include "panel/PanelState.h"
+#include "panel/SizeRequests.h"
 #include "platform/Desktop.h"
 #include "platform/Font.h"
 #include "platform/Timer.h"
@@ -27,7 +28,7 @@ class VantrelEngine;
 
 /// One file panel: a folder's listing with its order, cursor, scrolling, drawing and live folder sizes.
 /// Main thread only. Owned by shared_ptr: size reports and the spinner's timer hold it weakly.
-class OvPanelView final : public View {
+class OvPanelView final : public View, public SizeRequestsDelegate {
 public:
     static constexpr double rowHeight = panel::rowHeight;  ///< points, as are all heights
     static constexpr double headerHeight = panel::headerHeight;
@@ -74,7 +75,7 @@ public:
     std::uint64_t orderRevision() const { return orderRevision_; }
 
     /// Whether the size of a folder on show is still to come.
-    bool isCalculatingSizes() const;
+    bool isCalculatingSizes() const { return sizes_.areAwaited(); }
 
     // Cursor.
     std::int64_t visibleRowCount() const { return cursor_.rowsInSight(); }
@@ -107,22 +108,12 @@ protected:
     void frameDidChange() override;
 
 private:
-    /// A folder's row whose final report is still to come.
-    struct AwaitedSize {
-        std::shared_ptr<FileItem> item;
-        std::weak_ptr<const void> request;  ///< gone when it can bring no report any more
-    };
-
     OvPanelView(const Desktop& desktop, VantrelEngine& engine);
 
     ItemList readDirectory();
     std::int64_t rowAfterLoading(const std::optional<std::string>& keepSelection) const;
-    void requestSizes();
-    void requestSize(AwaitedSize& awaited);
-    void sizeDidUpdate(FileItem& item, VantrelState state);
-    void sortAfterTotal();
+    void sizeDidChange(FileItem& row) override;
     void orderDidChange();
-    void askAgainForSilencedSizes();
     void startSpinnerTimer();
     void spinnerTick();
     void sortOrToggle(SortField field);
@@ -144,10 +135,8 @@ private:
     std::uint64_t orderRevision_ = 0;
     ChangedRows changedSinceSort_;
     PanelAccessible accessible_{*this};
+    SizeRequests sizes_;
     std::unique_ptr<Timer> spinnerTimer_;
-
-    /// Of the rows that were still calculating when last looked at, so that a tick need not search every row.
-    std::vector<AwaitedSize> awaitedSizes_;
 };
 
 }  // namespace vantrel

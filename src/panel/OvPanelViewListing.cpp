@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/Paths.h"
-#include "model/engine/VantrelEngine.h"
 #include "platform/FileManager.h"
 #include "platform/StandardOutput.h"
 
@@ -45,7 +44,7 @@ void OvPanelView::loadDirectory(const std::optional<std::string>& keepSelection)
     sortItems();
     cursor_.reset(static_cast<std::int64_t>(items_.size()), rowAfterLoading(keepSelection));
     setNeedsDisplay();
-    requestSizes();
+    sizes_.askFor(items_);
 }
 
 ItemList OvPanelView::readDirectory() {
@@ -76,57 +75,6 @@ std::int64_t OvPanelView::rowAfterLoading(const std::optional<std::string>& keep
         if (kept != items_.end()) return kept - items_.begin();
     }
     return items_.size() >= 2 && items_.front()->isParentDir ? 1 : 0;
-}
-
-void OvPanelView::requestSizes() {
-    awaitedSizes_.clear();
-    for (const auto& item : items_) {
-        if (item->isDirectory && !item->isParentDir) awaitedSizes_.push_back({item, {}});
-    }
-    for (AwaitedSize& awaited : awaitedSizes_) {
-        awaited.item->vantrelState = state::Calculating{};
-        requestSize(awaited);
-    }
-}
-
-// The callback owns the request, so the request is gone with the last report that can come of it.
-void OvPanelView::requestSize(AwaitedSize& awaited) {
-    const auto request = std::make_shared<const std::weak_ptr<FileItem>>(awaited.item);
-    awaited.request = request;
-    engine_.calculateVantrel(
-        awaited.item->path, [weakPanel = weak_from_this(), request](
-                                std::int64_t bytes, std::int64_t itemsCount, bool isComplete) {
-            const auto panel = weakPanel.lock();
-            const auto row = request->lock();
-            if (!panel || !row) return;
-            const VantrelState state = isComplete ? VantrelState(state::Calculated{bytes, itemsCount})
-                                                  : VantrelState(state::Calculating{bytes, itemsCount});
-            static_cast<OvPanelView&>(*panel).sizeDidUpdate(*row, state);
-        });
-}
-
-void OvPanelView::sizeDidUpdate(FileItem& item, VantrelState state) {
-    item.vantrelState = std::move(state);
-    changedSinceSort_.add(item);
-    if (isCalculated(item.vantrelState) && sortField_ == SortField::size) sortAfterTotal();
-    setNeedsDisplay(Redraw::inPassing);
-}
-
-bool OvPanelView::isCalculatingSizes() const {
-    return std::ranges::any_of(
-        awaitedSizes_, [](const AwaitedSize& awaited) { return isCalculating(awaited.item->vantrelState); });
-}
-
-// A walk that the other panel replaced or cancelled reports nothing any more, and its rows here would spin
-// for ever. What it would have reported is asked for anew, or comes from the cache. A report that only waits
-// its turn in the main queue is none that is missing.
-void OvPanelView::askAgainForSilencedSizes() {
-    std::erase_if(awaitedSizes_,
-                  [](const AwaitedSize& awaited) { return !isCalculating(awaited.item->vantrelState); });
-    for (AwaitedSize& awaited : awaitedSizes_) {
-        // While the other panel has a walk of this folder under way, asking would only replace that one.
-        if (awaited.request.expired() && !engine_.isCalculating(awaited.item->path)) requestSize(awaited);
-    }
 }
 
 }  // namespace vantrel
