@@ -12,15 +12,26 @@ using P = OvPalette;
 constexpr std::size_t longestTitlePath = 45;  // characters
 constexpr std::size_t keptTitleCharacters = 42;
 
-std::string titlePath(const std::string& path) {
-    if (text::characterCount(path) <= longestTitlePath) return text::shownText(path);
-    return "..." + text::shownText(text::lastCharacters(path, keptTitleCharacters));
+RowColors kindColors(const FileItem& item) {
+    if (item.isParentDir) return {P::dosYellow, P::dosYellow, P::dosLightGray};
+    if (item.isDirectory) {
+        return {P::dosYellow, isCalculated(item.vantrelState) ? P::dosBrightCyan : P::dosLightGray,
+                P::dosLightGray};
+    }
+    if (item.isExecutable) return {P::dosGreen, P::dosWhite, P::dosLightGray};
+    if (item.isHidden) return {P::dosDarkGray, P::dosDarkGray, P::dosLightGray};
+    return {P::dosWhite, P::dosLightGray, P::dosLightGray};
 }
 
 }  // namespace
 
 bool isSortedBy(std::size_t column, SortField field) {
     return columnTitles[column].tellsOrder && columnTitles[column].clickSortsBy == field;
+}
+
+std::string titlePath(const std::string& path) {
+    if (text::characterCount(path) <= longestTitlePath) return text::shownText(path);
+    return "..." + text::shownText(text::lastCharacters(path, keptTitleCharacters));
 }
 
 std::string titleText(const PanelState& state) {
@@ -56,19 +67,9 @@ std::string countText(const PanelState& state) {
     return count + " | " + FileItem::formatBytes(*state.freeBytes, SizeDisplayMode::humanReadable) + " free";
 }
 
-RowColors rowColors(const FileItem& item) {
-    if (item.isParentDir) return {P::dosYellow, P::dosYellow, P::dosLightGray};
-    if (item.isDirectory) {
-        return {P::dosYellow, isCalculated(item.vantrelState) ? P::dosBrightCyan : P::dosLightGray,
-                P::dosLightGray};
-    }
-    if (item.isExecutable) return {P::dosGreen, P::dosWhite, P::dosLightGray};
-    if (item.isHidden) return {P::dosDarkGray, P::dosDarkGray, P::dosLightGray};
-    return {P::dosWhite, P::dosLightGray, P::dosLightGray};
-}
-
-RowColors selectionColors(bool isActive) {
-    const Color& text = isActive ? P::activeSelectionText : P::inactiveSelectionText;
+RowColors rowColors(const PanelState& state, std::int64_t row) {
+    if (row != state.cursor.index()) return kindColors(state.item(row));
+    const Color& text = state.isActive ? P::activeSelectionText : P::inactiveSelectionText;
     return {text, text, text};
 }
 
@@ -82,6 +83,10 @@ const Color& frameColor(bool isActive) {
 
 const Color& titleColor(bool isActive) {
     return isActive ? P::dosYellow : P::dosLightGray;
+}
+
+const Color& columnTitleColor(const PanelState& state, std::size_t column) {
+    return isSortedBy(column, state.sortField) ? P::dosBrightWhite : P::dosYellow;
 }
 
 }  // namespace vantrel::panel

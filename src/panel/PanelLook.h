@@ -29,7 +29,9 @@ inline constexpr std::array columnTitles{
 /// Whether the rows are in the order that the title of that column tells.
 bool isSortedBy(std::size_t column, SortField field);
 
-/// The folder between the two ends of a frame; of a long path only the end.
+/// The folder; of a long path only the end.
+std::string titlePath(const std::string& path);
+/// The same between the two ends of a frame.
 std::string titleText(const PanelState& state);
 std::string columnTitleText(const PanelState& state, std::size_t column);
 
@@ -46,13 +48,11 @@ struct RowColors {
     const Color& date;  ///< and time
 };
 
-/// Of a row that the cursor is not on.
-RowColors rowColors(const FileItem& item);
-/// Of the row that the cursor is on.
-RowColors selectionColors(bool isActive);
-
+/// By kind; of the row under the cursor by who has the keyboard.
+RowColors rowColors(const PanelState& state, std::int64_t row);
 const Color& selectionGround(bool isActive);
 const Color& frameColor(bool isActive);
 const Color& titleColor(bool isActive);
+const Color& columnTitleColor(const PanelState& state, std::size_t column);
 
 }  // namespace vantrel::panel

@@ -63,18 +63,17 @@ private:
 
     void paintColumnTitle(std::size_t column, double x, double width) const {
         canvas_.text(columnTitleText(state_, column), {x, headerTextTop, width, textHeight}, fonts_.bold,
-                     isSortedBy(column, state_.sortField) ? OvPalette::dosBrightWhite : OvPalette::dosYellow);
+                     columnTitleColor(state_, column));
     }
 
     void paintRow(std::int64_t row) const {
         const FileItem& item = state_.item(row);
         const double y = rowTop(row - state_.cursor.offset());
-        const bool isSelected = row == state_.cursor.index();
-        if (isSelected) {
+        if (row == state_.cursor.index()) {
             canvas_.fill({selectionInset, y, w_ - 2 * selectionInset, rowHeight},
                          selectionGround(state_.isActive));
         }
-        const RowColors colors = isSelected ? selectionColors(state_.isActive) : rowColors(item);
+        const RowColors colors = rowColors(state_, row);
         const double textY = y + rowTextInset;
         canvas_.text(nameText(item), {textMargin, textY, columns_.start - (textMargin + nameGap), rowHeight},
                      item.isDirectory ? fonts_.bold : fonts_.regular, colors.name);
