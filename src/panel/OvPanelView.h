@@ -26,7 +26,8 @@ namespace vantrel {
 
 class VantrelEngine;
 
-/// One file panel: a folder's listing with its order, cursor, scrolling, drawing and live folder sizes.
+/// One file panel: holds together the rows of a folder and their order, the cursor, the sizes that are asked
+/// for and what is painted of all that, and turns clicks into changes of it.
 /// Main thread only. Owned by shared_ptr: size reports and the spinner's timer hold it weakly.
 class OvPanelView final : public View, public SizeRequestsDelegate {
 public:
@@ -110,12 +111,12 @@ protected:
 private:
     OvPanelView(const Desktop& desktop, VantrelEngine& engine);
 
-    ItemList readDirectory();
     std::int64_t rowAfterLoading(const std::optional<std::string>& keepSelection) const;
     void sizeDidChange(FileItem& row) override;
     void orderDidChange();
     void startSpinnerTimer();
     void spinnerTick();
+    void goTo(const std::string& path);
     void sortOrToggle(SortField field);
 
     const Desktop desktop_;
