@@ -147,8 +147,9 @@ void sortNearlySorted(std::vector<Row>& rows, const RowOrder& before) {
 }
 
 // Descending is the negation of ascending, under which equal rows count as in order both ways: a stable merge
-// sort turns their relative order round at every sort. No standard algorithm may be given such a comparison,
-// so rows are sorted by a strict order, and the turn is made here.
+// sort turns their relative order round at every sort, and so it is meant to be; a list that kept it would
+// not be the mirror image of the ascending one. No standard algorithm may be given such a comparison, so rows
+// are sorted by a strict order, and the turn is made here.
 template <class Iterator, class Equal>
 void turnEqualRuns(Iterator begin, Iterator end, Equal areEqual) {
     for (Iterator run = begin; run != end;) {

@@ -14,8 +14,9 @@ using ItemList = std::vector<std::shared_ptr<FileItem>>;
 
 /// Puts the rows in their order of display: ".." first (only the first of several survives), folders before
 /// files in both directions, then by the field. Ascending runs A to Z, largest and newest first, and keeps
-/// the relative order of equal rows; descending runs the other way and reverses the relative order of equal
-/// rows.
+/// the relative order of equal rows. Descending runs the other way and reverses that order, so it mirrors the
+/// list down to its equal rows, and sorting a second time turns those round again: how often a list is sorted
+/// can be seen. Main thread only.
 void sortItems(ItemList& items, SortField field, SortDirection direction);
 
 /// The rows whose size has changed since a list was sorted by size, as long as they are few; then only that
