@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "commander/CommanderAccessible.h"
+#include "commander/PressedKey.h"
 #include "dialog/OvDialogDelegate.h"
 #include "dialog/OvDialogOverlayView.h"
 #include "panel/OvPanelView.h"
@@ -73,7 +74,7 @@ public:
     void showHelpDialog();
     void quit();
 
-    /// The command of the function-key cell at that place in `fnButtons`.
+    /// What the key of the cell at that place in `fnButtons` does.
     void runFnCommand(std::size_t index);
 
     /// The prompt line: what it says and where.
@@ -117,10 +118,6 @@ private:
     void setupFnButtons();
     void layoutFnButtons();
 
-    bool isStrayRepeat(const KeyEvent& event);
-    EventResult handleNavigationKey(const KeyEvent& event);
-    EventResult handleCommandCharacter(const KeyEvent& event);
-    EventResult handleFunctionKey(const KeyEvent& event);
     EventResult quickSearch(const KeyEvent& event);
     EventResult closePreview(const KeyEvent& event);
 
@@ -140,13 +137,6 @@ private:
     void drawBottomFnBar(Canvas& canvas) const;
     void drawFnCell(Canvas& canvas, const FnButton& button) const;
 
-    /// The key pressed last, and what its press went to.
-    struct PressedKey {
-        Key key;
-        std::string characters;
-        std::weak_ptr<View> responder;
-    };
-
     const Desktop desktop_;
     const std::shared_ptr<OvPanelView> leftPanel_;
     const std::shared_ptr<OvPanelView> rightPanel_;
@@ -156,7 +146,7 @@ private:
     const Font retroFont_;
     const Font boldRetroFont_;
     std::vector<FnButton> fnButtons_;
-    std::optional<PressedKey> pressedKey_;
+    PressedKey pressedKey_;
     CommanderAccessible accessible_{*this};
 };
 
