@@ -26,6 +26,7 @@ constexpr double fnCellHeight = 22;
 OvCommanderView::OvCommanderView(const Desktop& desktop, VantrelEngine& engine, const Rect& frame)
     : View(frame),
       desktop_(desktop),
+      files_(desktop),
       leftPanel_(OvPanelView::make(desktop, engine)),
       rightPanel_(OvPanelView::make(desktop, engine)),
       retroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::regular)),
@@ -93,27 +94,16 @@ void OvCommanderView::toggleSizeDisplayMode() {
     }
 }
 
-// The cursor row unless it is "..".
-std::shared_ptr<FileItem> OvCommanderView::selectedEntry() const {
-    const std::shared_ptr<FileItem> item = activePanel().selectedItem();
-    return item && !item->isParentDir ? item : nullptr;
-}
-
-std::shared_ptr<FileItem> OvCommanderView::selectedFile() const {
-    const std::shared_ptr<FileItem> item = selectedEntry();
-    return item && !item->isDirectory ? item : nullptr;
-}
-
 void OvCommanderView::editCurrentFile() {
-    if (const auto file = selectedFile()) desktop_.workspace.openFile(file->path);
+    files_.edit(activePanel());
 }
 
 void OvCommanderView::revealActiveFolder() {
-    desktop_.workspace.revealFolder(activePanel().currentPath());
+    files_.reveal(activePanel());
 }
 
 void OvCommanderView::openTerminalInActiveFolder() {
-    desktop_.workspace.openTerminal(activePanel().currentPath());
+    files_.openTerminal(activePanel());
 }
 
 void OvCommanderView::quit() {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "commander/CommanderAccessible.h"
+#include "commander/FileCommands.h"
 #include "commander/PressedKey.h"
 #include "dialog/OvDialogDelegate.h"
 #include "dialog/OvDialogOverlayView.h"
@@ -21,8 +22,8 @@ namespace vantrel {
 class VantrelEngine;
 
 /// The view that fills the window: menu bar line, two panels side by side, prompt line, function-key bar.
-/// Owns the panels and the open dialog, knows the active panel, turns keys and clicks into commands, and
-/// carries out what a dialog confirmed. Main thread only; file operations return when they are done.
+/// Owns the panels and the open dialog, knows the active panel, and turns keys and clicks into commands. Main
+/// thread only; file operations return when they are done.
 class OvCommanderView final : public View,
                               public OvPanelViewDelegate,
                               public OvDialogDelegate,
@@ -55,9 +56,7 @@ public:
     const Font& retroFont() const { return retroFont_; }
     const Font& boldRetroFont() const { return boldRetroFont_; }
 
-    // Commands, for keys, clicks and the menu.
-    // A command that needs a selected item does nothing without one; copying, moving and deleting pass over
-    // "..", viewing and editing over folders as well.
+    // Commands, for keys, clicks and the menu. What they do to files is the business of `FileCommands`.
     void setActive(OvPanelView& panel);
     void toggleActivePanel();
     void toggleSizeDisplayMode();
@@ -121,16 +120,9 @@ private:
     EventResult quickSearch(const KeyEvent& event);
     EventResult closePreview(const KeyEvent& event);
 
-    std::shared_ptr<FileItem> selectedEntry() const;
-    std::shared_ptr<FileItem> selectedFile() const;
+    PanelPair panels() const { return {activePanel(), otherPanel()}; }
+    void presentIfAny(std::optional<DialogType> type);
     void dismissDialog();
-    void carryOut(const dialog::Copy& copy, const std::optional<std::string>& input);
-    void carryOut(const dialog::Move& move, const std::optional<std::string>& input);
-    void carryOut(const dialog::Mkdir& mkdir, const std::optional<std::string>& input);
-    void carryOut(const dialog::Delete& deletion, const std::optional<std::string>& input);
-    void carryOut(const dialog::Sort& sort, const std::optional<std::string>& input);
-    void carryOut(const dialog::Viewer&, const std::optional<std::string>&) {}
-    void carryOut(const dialog::Help&, const std::optional<std::string>&) {}
 
     void drawTopMenuBar(Canvas& canvas, double width) const;
     void drawPromptBar(Canvas& canvas) const;
@@ -138,6 +130,7 @@ private:
     void drawFnCell(Canvas& canvas, const FnButton& button) const;
 
     const Desktop desktop_;
+    FileCommands files_;
     const std::shared_ptr<OvPanelView> leftPanel_;
     const std::shared_ptr<OvPanelView> rightPanel_;
     OvPanelView* activePanel_ = nullptr;

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "base/Paths.h"
-
 namespace vantrel {
 
 void OvCommanderView::presentDialog(DialogType type) {
@@ -22,9 +20,13 @@ void OvCommanderView::dismissDialog() {
     if (ViewHost* const window = host()) window->focusContent();
 }
 
+void OvCommanderView::presentIfAny(std::optional<DialogType> type) {
+    if (type) presentDialog(*std::move(type));
+}
+
 void OvCommanderView::dialogDidConfirm(const DialogType& type, std::optional<std::string> inputValue) {
     dismissDialog();
-    std::visit([&](const auto& dialog) { carryOut(dialog, inputValue); }, type);
+    files_.carryOut(type, inputValue, panels());
 }
 
 void OvCommanderView::dialogDidCancel() {
@@ -40,22 +42,23 @@ void OvCommanderView::showSortDialog() {
 }
 
 void OvCommanderView::showMkdirDialog() {
-    presentDialog(dialog::Mkdir{activePanel().currentPath()});
+    presentDialog(files_.mkdirDialog(activePanel()));
 }
 
 void OvCommanderView::showCopyDialog() {
-    const auto item = selectedEntry();
-    if (!item) return;
-    presentDialog(
-        dialog::Copy{item->name, item->path, paths::appending(otherPanel().currentPath(), item->name)});
+    presentIfAny(files_.copyDialog(panels()));
 }
 
 void OvCommanderView::showMoveDialog() {
-    if (const auto item = selectedEntry()) presentDialog(dialog::Move{item->name, item->path, item->name});
+    presentIfAny(files_.moveDialog(activePanel()));
 }
 
 void OvCommanderView::showDeleteDialog() {
-    if (const auto item = selectedEntry()) presentDialog(dialog::Delete{item->name, item->path});
+    presentIfAny(files_.deleteDialog(activePanel()));
+}
+
+void OvCommanderView::showFileViewer() {
+    presentIfAny(files_.viewerDialog(activePanel()));
 }
 
 }  // namespace vantrel

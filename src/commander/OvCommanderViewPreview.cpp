@@ -22,7 +22,7 @@ int OvCommanderView::numberOfPreviewItems() const {
 }
 
 std::optional<PreviewItem> OvCommanderView::previewItemAt(int) const {
-    const auto item = selectedEntry();
+    const auto item = selectedEntry(activePanel());
     if (!item) return std::nullopt;
     PreviewItem preview{.path = item->path, .name = text::shownText(item->name), .detail = ""};
     if (isCalculated(item->vantrelState)) {
