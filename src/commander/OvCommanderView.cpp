@@ -1,9 +1,7 @@
 #include "commander/OvCommanderView.h"
 
-#include <array>
-#include <cmath>
-
 #include "base/Precondition.h"
+#include "commander/BarsPainter.h"
 #include "platform/Application.h"
 #include "platform/FileManager.h"
 #include "platform/ProcessInfo.h"
@@ -14,12 +12,7 @@ namespace vantrel {
 
 namespace {
 
-constexpr double fontSize = 13;         // points
-constexpr double gapBetweenPanels = 2;  // points
-constexpr double fnBarMargin = 5;       // left of the first cell
-constexpr double fnCellGap = 4;
-constexpr double fnCellTop = 2;  // below the top of the bar
-constexpr double fnCellHeight = 22;
+constexpr double fontSize = 13;  // points
 
 }  // namespace
 
@@ -53,17 +46,7 @@ void OvCommanderView::setup() {
     const std::string home = desktop_.process.homeDirectory();
     leftPanel_->setCurrentPath(currentDirectory);
     rightPanel_->setCurrentPath(desktop_.files.isReadable(home) ? home : currentDirectory);
-    setupFnButtons();
     layoutPanels();
-}
-
-void OvCommanderView::setupFnButtons() {
-    static constexpr std::array labels{"Help",   "Bytes/HR", "View",   "Edit", "Copy",
-                                       "RenMov", "Mkdir",    "Delete", "Sort", "Quit"};
-    fnButtons_.clear();
-    for (std::size_t index = 0; index < labels.size(); ++index) {
-        fnButtons_.push_back({std::to_string(index + 1), labels[index], {}});
-    }
 }
 
 OvPanelView& OvCommanderView::activePanel() const {
@@ -111,24 +94,26 @@ void OvCommanderView::quit() {
 }
 
 void OvCommanderView::layoutPanels() {
-    const Rect area = bounds();
-    const double panelHeight = area.height - topMenuBarHeight - promptBarHeight - bottomFnBarHeight;
-    const double leftWidth = std::floor((area.width - gapBetweenPanels) * 0.5);
-    const double rightX = leftWidth + gapBetweenPanels;
-    leftPanel_->setFrame({0, topMenuBarHeight, leftWidth, panelHeight});
-    rightPanel_->setFrame({rightX, topMenuBarHeight, area.width - rightX, panelHeight});
-    if (dialogOverlay_) dialogOverlay_->setFrame(area);
-    layoutFnButtons();
+    const Rect view = bounds();
+    leftPanel_->setFrame(commander::leftPanel(view));
+    rightPanel_->setFrame(commander::rightPanel(view));
+    if (dialogOverlay_) dialogOverlay_->setFrame(view);
+    for (std::size_t index = 0; index < fnButtons_.size(); ++index) {
+        fnButtons_[index].rect = commander::fnCell(view, index, fnButtons_.size());
+    }
 }
 
-void OvCommanderView::layoutFnButtons() {
-    if (fnButtons_.empty()) return;
-    const double pitch = (bounds().width - 2 * fnBarMargin) / static_cast<double>(fnButtons_.size());
-    const double top = bounds().height - bottomFnBarHeight + fnCellTop;
-    for (std::size_t index = 0; index < fnButtons_.size(); ++index) {
-        const double x = pitch * static_cast<double>(index) + fnBarMargin;
-        fnButtons_[index].rect = {x, top, pitch - fnCellGap, fnCellHeight};
-    }
+std::string OvCommanderView::promptLine() const {
+    return commander::promptLine(desktop_.process.userName(), desktop_.process.homeDirectory(),
+                                 activePanel().currentPath());
+}
+
+Rect OvCommanderView::promptBar() const {
+    return commander::promptBar(bounds());
+}
+
+void OvCommanderView::draw(Canvas& canvas) {
+    commander::paintBars(canvas, bounds(), {promptLine(), fnButtons_}, boldRetroFont_);
 }
 
 void OvCommanderView::panelDidSelect(OvPanelView& panel) {

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "commander/Bars.h"
 #include "commander/CommanderAccessible.h"
+#include "commander/CommanderGeometry.h"
 #include "commander/FileCommands.h"
 #include "commander/PressedKey.h"
 #include "dialog/OvDialogDelegate.h"
@@ -30,16 +32,11 @@ class OvCommanderView final : public View,
                               public PreviewPanelDataSource,
                               public PreviewPanelDelegate {
 public:
-    static constexpr double topMenuBarHeight = 24;  ///< points, as are all heights
-    static constexpr double promptBarHeight = 22;
-    static constexpr double bottomFnBarHeight = 26;
+    static constexpr double topMenuBarHeight = commander::menuBarHeight;  ///< points, as are all heights
+    static constexpr double promptBarHeight = commander::promptBarHeight;
+    static constexpr double bottomFnBarHeight = commander::fnBarHeight;
 
-    /// One cell of the function-key bar; its place in the list is the number of its command.
-    struct FnButton {
-        std::string num;
-        std::string label;
-        Rect rect;  ///< where it is painted and clicked
-    };
+    using FnButton = commander::FnButton;
 
     /// Both panels are loaded when this returns: the left one with the process's current folder, the right
     /// one with the home folder where that is readable. Ports and engine are borrowed.
@@ -51,9 +48,9 @@ public:
     OvPanelView& activePanel() const;
     OvPanelView& otherPanel() const;
     const std::vector<FnButton>& fnButtons() const { return fnButtons_; }
-    /// Reserved: the prompt line shows the active panel's folder.
+    /// Reserved and always empty: the prompt line shows the active panel's folder, see `promptLine`.
     const std::string& promptText() const { return promptText_; }
-    const Font& retroFont() const { return retroFont_; }
+    const Font& retroFont() const { return retroFont_; }  ///< not for the bars, which are bold throughout
     const Font& boldRetroFont() const { return boldRetroFont_; }
 
     // Commands, for keys, clicks and the menu. What they do to files is the business of `FileCommands`.
@@ -76,7 +73,7 @@ public:
     /// What the key of the cell at that place in `fnButtons` does.
     void runFnCommand(std::size_t index);
 
-    /// The prompt line: what it says and where.
+    /// The prompt line without its cursor: what it says and where.
     std::string promptLine() const;
     Rect promptBar() const;
 
@@ -114,8 +111,6 @@ protected:
 private:
     OvCommanderView(const Desktop& desktop, VantrelEngine& engine, const Rect& frame);
     void setup();
-    void setupFnButtons();
-    void layoutFnButtons();
 
     EventResult quickSearch(const KeyEvent& event);
     EventResult closePreview(const KeyEvent& event);
@@ -123,11 +118,6 @@ private:
     PanelPair panels() const { return {activePanel(), otherPanel()}; }
     void presentIfAny(std::optional<DialogType> type);
     void dismissDialog();
-
-    void drawTopMenuBar(Canvas& canvas, double width) const;
-    void drawPromptBar(Canvas& canvas) const;
-    void drawBottomFnBar(Canvas& canvas) const;
-    void drawFnCell(Canvas& canvas, const FnButton& button) const;
 
     const Desktop desktop_;
     FileCommands files_;
@@ -138,7 +128,7 @@ private:
     const std::string promptText_;
     const Font retroFont_;
     const Font boldRetroFont_;
-    std::vector<FnButton> fnButtons_;
+    std::vector<FnButton> fnButtons_ = commander::fnButtons();
     PressedKey pressedKey_;
     CommanderAccessible accessible_{*this};
 };
