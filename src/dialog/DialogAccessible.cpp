@@ -40,7 +40,7 @@ AccessibleElement DialogAccessible::element(std::size_t index) const {
                 .isSelected = static_cast<int>(index) == dialog_.selectedButtonIndex()};
     }
     const std::size_t line = index - buttonCount;
-    const OvDialogOverlayView::BodyText text = dialog_.bodyTexts()[line];
+    const dialog::BodyText text = dialog_.bodyTexts()[line];
     const bool isChoice = dialog_.isSortLine(line);
     return {.role = isChoice ? AccessibleRole::button : AccessibleRole::label,
             .name = withoutPadding(text.text),
