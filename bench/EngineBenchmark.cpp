@@ -44,8 +44,7 @@ private:
 // Ends every walk at once, or never begins it.
 class InstantWalks final : public WalkQueue {
 public:
-    void submit(std::string, std::shared_ptr<const CancellationFlag>,
-                std::unique_ptr<WalkObserver> observer) override {
+    void submit(std::string, std::stop_token, std::unique_ptr<WalkObserver> observer) override {
         if (!answers) return;
         observer->walkDidBegin();
         observer->walkDidEnd(WalkOutcome::finished, {4096, 1});

@@ -54,9 +54,7 @@ class Bench {
 public:
     explicit Bench(const WalkPool::Options& options) : pool_(clock_, options) {}
 
-    void submit(const std::string& root) {
-        pool_.submit(root, std::make_shared<const CancellationFlag>(), std::make_unique<EndObserver>(ends_));
-    }
+    void submit(const std::string& root) { pool_.submit(root, {}, std::make_unique<EndObserver>(ends_)); }
     WalkTotals waitFor(int count) { return ends_.waitFor(count); }
 
 private:

@@ -63,8 +63,8 @@ void SizesQuestion::askFor(const std::string& path) {
 
 void SizesQuestion::askForOwnFiles(const std::string& folder) {
     ++missing_;
-    services_.pool.submit(folder, std::make_shared<const CancellationFlag>(),
-                          std::make_unique<OwnFilesObserver>(*this), WalkPool::Reach::ownFilesOnly);
+    services_.pool.submit(folder, {}, std::make_unique<OwnFilesObserver>(*this),
+                          WalkPool::Reach::ownFilesOnly);
 }
 
 void SizesQuestion::countWithoutThreads() {

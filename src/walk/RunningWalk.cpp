@@ -2,8 +2,8 @@
 
 namespace vantrel::walking {
 
-RunningWalk::RunningWalk(WalkRequest request, const Clock& clock, const std::atomic<bool>& stopping)
-    : request_(std::move(request)), clock_(clock), stopping_(stopping) {}
+RunningWalk::RunningWalk(WalkRequest request, const Clock& clock, std::stop_token poolStop)
+    : request_(std::move(request)), clock_(clock), poolStop_(std::move(poolStop)) {}
 
 void RunningWalk::begin() {
     lastReport_.store(clock_.now(), std::memory_order_relaxed);
@@ -31,8 +31,8 @@ void RunningWalk::report(Seconds now, WalkTotals& counted) {
 }
 
 void RunningWalk::end() {
-    if (stopping_.load(std::memory_order_relaxed)) return;
-    if (request_.cancellation->isCancelled())
+    if (poolStop_.stop_requested()) return;
+    if (request_.stop.stop_requested())
         request_.observer->walkDidEnd(WalkOutcome::cancelled, totals());
     else if (rootFailed_)
         request_.observer->walkDidEnd(WalkOutcome::rootUnreadable, {});

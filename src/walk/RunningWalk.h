@@ -3,6 +3,7 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <stop_token>
 #include <string>
 
 #include "platform/Clock.h"
@@ -16,7 +17,7 @@ namespace vantrel::walking {
 /// What was asked of a pool.
 struct WalkRequest {
     std::string root;
-    std::shared_ptr<const CancellationFlag> cancellation;
+    std::stop_token stop;
     std::unique_ptr<WalkObserver> observer;
     WalkPool::Reach reach = WalkPool::Reach::wholeTree;
 };
@@ -25,16 +26,14 @@ struct WalkRequest {
 /// until its root folder is released.
 class RunningWalk {
 public:
-    RunningWalk(WalkRequest request, const Clock& clock, const std::atomic<bool>& stopping);
+    RunningWalk(WalkRequest request, const Clock& clock, std::stop_token poolStop);
 
     const std::string& rootPath() const { return request_.root; }
     WalkPool::Reach reach() const { return request_.reach; }
     Volume& volume() { return volume_; }
 
-    /// Cancelled by its flag, or because the pool is being destroyed.
-    bool isCancelled() const {
-        return request_.cancellation->isCancelled() || stopping_.load(std::memory_order_relaxed);
-    }
+    /// By whoever asked for it, or because the pool is being destroyed.
+    bool isCancelled() const { return request_.stop.stop_requested() || poolStop_.stop_requested(); }
 
     /// Tells the observer. From here on the time between reports counts.
     void begin();
@@ -62,7 +61,7 @@ private:
 
     const WalkRequest request_;
     const Clock& clock_;
-    const std::atomic<bool>& stopping_;
+    const std::stop_token poolStop_;
     Volume volume_;
     bool rootFailed_ = false;
 

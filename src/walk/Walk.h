@@ -1,8 +1,8 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
+#include <stop_token>
 #include <string>
 
 #include "platform/Clock.h"
@@ -20,16 +20,6 @@ enum class WalkOutcome : std::uint8_t {
     finished,
     rootUnreadable,  ///< the root could not be opened as a folder; the totals are zero
     cancelled,
-};
-
-/// The cancelled flag of one walk. Any thread may set it; nothing ever sets it back.
-class CancellationFlag {
-public:
-    void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
-    bool isCancelled() const { return cancelled_.load(std::memory_order_relaxed); }
-
-private:
-    std::atomic<bool> cancelled_{false};
 };
 
 /// Who hears of a walk. The calls come from the threads that walk, one at a time and in order; totals never
@@ -55,10 +45,9 @@ class WalkQueue {
 public:
     virtual ~WalkQueue() = default;
 
-    /// Begins the walk of the folder at `root` (raw bytes, any length) as soon as a thread is free. Any
-    /// thread may call; never waits for a walk.
-    virtual void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                        std::unique_ptr<WalkObserver> observer) = 0;
+    /// Begins the walk of the folder at `root` (raw bytes, any length) as soon as a thread is free; a
+    /// stop cancels it. Any thread may call; never waits for a walk.
+    virtual void submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer) = 0;
 
     /// To be called now and then while walks are awaited, by one thread. Where no thread could be started for
     /// them it tries again, and where that fails too the calling thread works for them, for about as long as

@@ -16,14 +16,13 @@ WalkPool::WalkPool(const Clock& clock, const Options& options)
 
 WalkPool::~WalkPool() = default;
 
-void WalkPool::submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                      std::unique_ptr<WalkObserver> observer) {
-    submit(std::move(root), std::move(cancellation), std::move(observer), Reach::wholeTree);
+void WalkPool::submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer) {
+    submit(std::move(root), std::move(stop), std::move(observer), Reach::wholeTree);
 }
 
-void WalkPool::submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                      std::unique_ptr<WalkObserver> observer, Reach reach) {
-    scheduler_->submit({std::move(root), std::move(cancellation), std::move(observer), reach});
+void WalkPool::submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer,
+                      Reach reach) {
+    scheduler_->submit({std::move(root), std::move(stop), std::move(observer), reach});
 }
 
 bool WalkPool::catchUp(Seconds lent) {

@@ -51,10 +51,8 @@ public:
     /// WalkPool`): leaving the program then waits for nothing.
     ~WalkPool() override;
 
-    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                std::unique_ptr<WalkObserver> observer) override;
-    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                std::unique_ptr<WalkObserver> observer, Reach reach);
+    void submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer) override;
+    void submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer, Reach reach);
 
     bool catchUp(Seconds lent) override;
 

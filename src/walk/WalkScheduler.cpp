@@ -48,7 +48,7 @@ WalkScheduler::WalkScheduler(const Clock& clock, const WalkPool::Options& option
 WalkScheduler::~WalkScheduler() {
     {
         std::lock_guard lock(sleepLock_);
-        stopping_ = true;
+        stopping_.request_stop();
         wakeUp_.notify_all();
     }
     for (auto& thread : threads_) thread.join();
@@ -57,7 +57,7 @@ WalkScheduler::~WalkScheduler() {
 }
 
 void WalkScheduler::submit(WalkRequest request) {
-    auto walk = std::make_unique<RunningWalk>(std::move(request), clock_, stopping_);
+    auto walk = std::make_unique<RunningWalk>(std::move(request), clock_, stopping_.get_token());
     {
         std::lock_guard lock(walksLock_);
         waitingWalks_.push_back(std::move(walk));

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <stop_token>
 #include <thread>
 #include <vector>
 
@@ -42,7 +43,7 @@ public:
     void wakeOne();
 
     DescriptorBudget& budget() { return budget_; }
-    bool isStopping() const { return stopping_.load(std::memory_order_relaxed); }
+    bool isStopping() const { return stopping_.stop_requested(); }
 
     /// Closes the descriptor of a folder whose sub-folders wait; ends the caller's use if that succeeds.
     bool giveUp(Folder& folder);
@@ -66,7 +67,7 @@ private:
 
     const Clock& clock_;
     DescriptorBudget budget_;
-    std::atomic<bool> stopping_{false};
+    std::stop_source stopping_;
 
     std::mutex walksLock_;
     std::deque<std::unique_ptr<RunningWalk>> waitingWalks_;  // under walksLock_

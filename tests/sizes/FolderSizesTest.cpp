@@ -110,8 +110,7 @@ protected:
 
 private:
     class SleepingQueue final : public WalkQueue {
-        void submit(std::string, std::shared_ptr<const CancellationFlag>,
-                    std::unique_ptr<WalkObserver>) override {}
+        void submit(std::string, std::stop_token, std::unique_ptr<WalkObserver>) override {}
     };
     SleepingQueue sleeping_;
 };

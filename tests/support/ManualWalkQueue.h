@@ -17,7 +17,7 @@ class ManualWalkQueue final : public WalkQueue {
 public:
     struct Walk {
         std::string root;
-        std::shared_ptr<const CancellationFlag> cancellation;
+        std::stop_token stop;
         std::unique_ptr<WalkObserver> observer;
         bool hasBegun = false;
 
@@ -30,7 +30,7 @@ public:
             begin();
             observer->walkDidProgress(soFar);
         }
-        bool isCancelled() const { return cancellation->isCancelled(); }
+        bool isCancelled() const { return stop.stop_requested(); }
 
         /// Ends the walk the way that a real one does: one that was cancelled before says so.
         void finish(WalkTotals totals) {
@@ -39,7 +39,7 @@ public:
             observer.reset();
         }
 
-        /// The worst case of a race: the walk had not seen its flag yet.
+        /// The worst case of a race: the walk had not seen the stop yet.
         void finishWithoutLooking(WalkTotals totals) {
             begin();
             observer->walkDidEnd(WalkOutcome::finished, totals);
@@ -53,9 +53,8 @@ public:
         }
     };
 
-    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                std::unique_ptr<WalkObserver> observer) override {
-        walks.push_back({std::move(root), std::move(cancellation), std::move(observer)});
+    void submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer) override {
+        walks.push_back({std::move(root), std::move(stop), std::move(observer)});
     }
 
     /// The latest walk of that root.

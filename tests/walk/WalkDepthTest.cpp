@@ -125,7 +125,7 @@ TEST_P(WalkDepth, hasClosedAllDescriptorsAtTheEnd) {
     EXPECT_EQ(openDescriptors(), before);
 
     const auto cancelled = submit(pool, folder.path());
-    cancelled.flag->cancel();
+    cancelled.stop.request_stop();
     ASSERT_TRUE(cancelled.record->waitForEnd());
     EXPECT_EQ(openDescriptors(), before);
 }

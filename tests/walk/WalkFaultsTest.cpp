@@ -87,7 +87,7 @@ TEST_P(WalkFaults, endsWhenItIsCancelledWhileNoDescriptorIsToBeHad) {
             [](std::string_view name) { return name.starts_with("openat") ? EMFILE : 0; });
         WalkPool pool(clock, options());
         const SubmittedWalk walk = submit(pool, folder.path());
-        walk.flag->cancel();
+        walk.stop.request_stop();
         const auto end = walk.record->waitForEnd();
         ASSERT_TRUE(end);
         EXPECT_EQ(end->outcome, WalkOutcome::cancelled);

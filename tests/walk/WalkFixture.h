@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <memory>
+#include <stop_token>
 #include <string>
 
 #include "platform/Clock.h"
@@ -20,14 +21,15 @@ namespace vantrel::test {
 
 /// A walk that was handed to a pool.
 struct SubmittedWalk {
-    std::shared_ptr<CancellationFlag> flag = std::make_shared<CancellationFlag>();
+    std::stop_source stop;
     std::shared_ptr<WalkRecord> record = std::make_shared<WalkRecord>();
 };
 
 inline SubmittedWalk submit(WalkQueue& pool, const std::string& root,
                             RecordingObserver::Hook onProgress = {}) {
     SubmittedWalk walk;
-    pool.submit(root, walk.flag, std::make_unique<RecordingObserver>(walk.record, std::move(onProgress)));
+    pool.submit(root, walk.stop.get_token(),
+                std::make_unique<RecordingObserver>(walk.record, std::move(onProgress)));
     return walk;
 }
 

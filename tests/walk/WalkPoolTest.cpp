@@ -47,7 +47,7 @@ TEST_P(WalkPoolRules, takesWalksFromSeveralThreads) {
         submitters.emplace_back([&] {
             for (int k = 0; k < 50; ++k) {
                 const auto walk = submit(pool, folder.path());
-                if (k % 3 == 0) walk.flag->cancel();
+                if (k % 3 == 0) walk.stop.request_stop();
                 const auto end = walk.record->waitForEnd();
                 EXPECT_TRUE(end);
                 if (end && k % 3 != 0) {
@@ -114,7 +114,7 @@ TEST_P(WalkPoolRules, beginsWalksInTheOrderOfSubmission) {
     auto record = std::make_shared<WalkRecord>();
     for (int i = 0; i < 20; ++i) {
         held.pool->submit(
-            folder.path("small"), std::make_shared<CancellationFlag>(),
+            folder.path("small"), {},
             std::make_unique<OrderObserver>(order, i, i == 19 ? record : std::make_shared<WalkRecord>()));
     }
     held.gate.open();
@@ -128,13 +128,13 @@ TEST_P(WalkPoolRules, tellsOfTheBeginningOfWalksThatBegin) {
     const SubmittedWalk waiting = submit(*held.pool, folder.path());
     const SubmittedWalk missing = submit(*held.pool, folder.path("missing"));
     const SubmittedWalk cancelled = submit(*held.pool, folder.path());
-    cancelled.flag->cancel();
+    cancelled.stop.request_stop();
     EXPECT_EQ(held.holding.record->beginnings(), 1);
     EXPECT_EQ(waiting.record->beginnings(), 0);
     held.gate.open();
     for (const SubmittedWalk& walk : {held.holding, waiting, missing, cancelled}) {
         EXPECT_TRUE(walk.record->waitForEnd());
-        EXPECT_EQ(walk.record->beginnings(), walk.flag == cancelled.flag ? 0 : 1);
+        EXPECT_EQ(walk.record->beginnings(), walk.stop == cancelled.stop ? 0 : 1);
         EXPECT_FALSE(walk.record->sawDisorder());
     }
 }
@@ -147,10 +147,8 @@ TEST_P(WalkPoolRules, doesNotLetASmallWalkWaitForALargeOne) {
     std::vector<int> order;
     auto large = std::make_shared<WalkRecord>();
     auto small = std::make_shared<WalkRecord>();
-    held.pool->submit(folder.path("large"), std::make_shared<CancellationFlag>(),
-                      std::make_unique<OrderObserver>(order, 1, large));
-    held.pool->submit(folder.path("small"), std::make_shared<CancellationFlag>(),
-                      std::make_unique<OrderObserver>(order, 2, small));
+    held.pool->submit(folder.path("large"), {}, std::make_unique<OrderObserver>(order, 1, large));
+    held.pool->submit(folder.path("small"), {}, std::make_unique<OrderObserver>(order, 2, small));
     held.gate.open();
     ASSERT_TRUE(small->waitForDestruction());
     ASSERT_TRUE(large->waitForDestruction());
@@ -242,8 +240,8 @@ TEST_P(WalkPoolRules, canStayOnTheFirstLevel) {
     folder.makeFile("3");
     WalkPool pool(clock, options());
     auto record = std::make_shared<WalkRecord>();
-    pool.submit(folder.path(), std::make_shared<CancellationFlag>(),
-                std::make_unique<RecordingObserver>(record), WalkPool::Reach::ownFilesOnly);
+    pool.submit(folder.path(), {}, std::make_unique<RecordingObserver>(record),
+                WalkPool::Reach::ownFilesOnly);
     EXPECT_EQ(record->waitForEnd(), finished(0, 2));
 }
 

@@ -81,10 +81,11 @@ TEST_P(WalkReporting, isSilentOnceTheWalkIsCancelled) {
     makeFiles(200);
     const HurryingClock hurrying;
     WalkPool pool(hurrying, options());
-    auto flag = std::make_shared<CancellationFlag>();
+    std::stop_source stop;
     auto record = std::make_shared<WalkRecord>();
-    pool.submit(folder.path(), flag,
-                std::make_unique<RecordingObserver>(record, [flag](WalkTotals) { flag->cancel(); }));
+    pool.submit(
+        folder.path(), stop.get_token(),
+        std::make_unique<RecordingObserver>(record, [stop](WalkTotals) mutable { stop.request_stop(); }));
     const auto end = record->waitForEnd();
     ASSERT_TRUE(end);
     EXPECT_EQ(end->outcome, WalkOutcome::cancelled);
@@ -103,12 +104,13 @@ TEST_P(WalkReporting, aCancelledWalkStopsWithinOneEntryPerThread) {
     counting.makeReader = disturbed<CountingReader>(GetParam(), &counts);
     const HurryingClock hurrying;
     WalkPool pool(hurrying, counting);
-    auto flag = std::make_shared<CancellationFlag>();
+    std::stop_source stop;
     auto record = std::make_shared<WalkRecord>();
     int atCancelling = 0;
-    pool.submit(folder.path(), flag, std::make_unique<RecordingObserver>(record, [&](WalkTotals soFar) {
-                    if (soFar.items < 10 || flag->isCancelled()) return;
-                    flag->cancel();
+    pool.submit(folder.path(), stop.get_token(),
+                std::make_unique<RecordingObserver>(record, [&](WalkTotals soFar) {
+                    if (soFar.items < 10 || stop.stop_requested()) return;
+                    stop.request_stop();
                     atCancelling = counts.measures;
                 }));
     ASSERT_TRUE(record->waitForEnd());
@@ -122,20 +124,20 @@ TEST_P(WalkReporting, aWalkCancelledBeforeItBeginsOpensNothing) {
     auto counting = options();
     counting.makeReader = disturbed<CountingReader>(GetParam(), &counts);
     WalkPool pool(clock, counting);
-    auto flag = std::make_shared<CancellationFlag>();
+    std::stop_source stop;
     auto record = std::make_shared<WalkRecord>();
-    flag->cancel();
-    pool.submit(folder.path(), flag, std::make_unique<RecordingObserver>(record));
+    stop.request_stop();
+    pool.submit(folder.path(), stop.get_token(), std::make_unique<RecordingObserver>(record));
     EXPECT_EQ(record->waitForEnd(), (WalkRecord::End{WalkOutcome::cancelled, {0, 0}}));
     EXPECT_EQ(counts.roots, 0);
 }
 
 TEST_P(WalkReporting, aWalkCancelledBeforeAnUnreadableRootIsCancelled) {
     WalkPool pool(clock, options());
-    auto flag = std::make_shared<CancellationFlag>();
+    std::stop_source stop;
     auto record = std::make_shared<WalkRecord>();
-    flag->cancel();
-    pool.submit(folder.path("nothing"), flag, std::make_unique<RecordingObserver>(record));
+    stop.request_stop();
+    pool.submit(folder.path("nothing"), stop.get_token(), std::make_unique<RecordingObserver>(record));
     EXPECT_EQ(record->waitForEnd(), (WalkRecord::End{WalkOutcome::cancelled, {0, 0}}));
 }
 

@@ -91,7 +91,7 @@ TEST_P(WalkThreads, withoutAnyThreadWalksRunOnOneThatIsLent) {
     std::vector<SubmittedWalk> walks;
     walks.reserve(20);
     for (int i = 0; i < 20; ++i) walks.push_back(submit(pool, folder.path("d" + std::to_string(i))));
-    walks[7].flag->cancel();
+    walks[7].stop.request_stop();
     EXPECT_TRUE(pool.catchUp(Seconds(1)));
     for (int i = 0; i < 20; ++i) {
         ASSERT_EQ(walks[i].record->ends(), 1);

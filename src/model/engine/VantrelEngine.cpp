@@ -87,7 +87,7 @@ void VantrelEngine::calculateVantrel(const std::string& path, OnUpdate onUpdate)
         return;
     }
     const std::shared_ptr<WorkItem> item = registerWorkItem(path, std::move(onUpdate));
-    calculationQueue_.submit(path, std::shared_ptr<const CancellationFlag>(item, &item->cancellation),
+    calculationQueue_.submit(path, item->cancellation.get_token(),
                              std::make_unique<Reporter>(weak_from_this(), path, item));
 }
 
@@ -107,7 +107,7 @@ std::shared_ptr<VantrelEngine::WorkItem> VantrelEngine::registerWorkItem(const s
 // Answers what the walk will not call any more. The caller lets go of it without the lock, since whatever a
 // callback holds may call the engine when it is destroyed.
 VantrelEngine::SharedOnUpdate VantrelEngine::cancel(WorkItem& item) {
-    item.cancellation.cancel();
+    item.cancellation.request_stop();
     return std::exchange(item.onUpdate, nullptr);
 }
 
@@ -121,7 +121,7 @@ VantrelEngine::SharedOnUpdate VantrelEngine::storeResult(const std::string& path
                                                          WalkTotals totals) {
     const Seconds now = clock_.now();
     return tables_.with([&](Tables& tables) -> SharedOnUpdate {
-        if (item.cancellation.isCancelled()) return nullptr;
+        if (item.cancellation.stop_requested()) return nullptr;
         tables.cache[path] = {totals, now};
         tables.activeWorkItems.erase(path);
         return std::exchange(item.onUpdate, nullptr);

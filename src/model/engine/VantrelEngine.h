@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -95,7 +96,7 @@ private:
     enum class WalkStage : std::uint8_t { inFlight, ended };
 
     struct WorkItem {
-        CancellationFlag cancellation;
+        std::stop_source cancellation;
         // Both guarded like the table that holds the item.
         WalkStage stage = WalkStage::inFlight;
         SharedOnUpdate onUpdate;  // none once the walk is cancelled

@@ -31,10 +31,9 @@ private:
 class ProbingWalkQueue final : public WalkQueue {
 public:
     explicit ProbingWalkQueue(WalkQueue& next) : next_(next) {}
-    void submit(std::string root, std::shared_ptr<const CancellationFlag> cancellation,
-                std::unique_ptr<WalkObserver> observer) override {
+    void submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer) override {
         if (const auto held = engine.lock()) (void)held->isCalculating("");
-        next_.submit(std::move(root), std::move(cancellation), std::move(observer));
+        next_.submit(std::move(root), std::move(stop), std::move(observer));
     }
     bool catchUp(Seconds lent) override { return next_.catchUp(lent); }
     std::weak_ptr<VantrelEngine> engine;
