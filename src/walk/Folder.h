@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <vector>
 
+#include "base/FileDescriptor.h"
 #include "base/FileIdentity.h"
-#include "platform/DirectoryReader.h"
+#include "walk/FolderHandles.h"
 
 namespace vantrel::walking {
 
@@ -14,82 +16,77 @@ class RunningWalk;
 
 /// How many descriptors folders may keep open for their unopened sub-folders. Any thread.
 class DescriptorBudget {
+    struct GiveBack {
+        void operator()(DescriptorBudget* budget) const {
+            budget->kept_.fetch_sub(1, std::memory_order_relaxed);
+        }
+    };
+
 public:
+    /// One descriptor that is kept open.
+    using Share = std::unique_ptr<DescriptorBudget, GiveBack>;
+
     explicit DescriptorBudget(int limit) : limit_(limit) {}
     bool isUsedUp() const { return kept_.load(std::memory_order_relaxed) >= limit_; }
-    void keep() { kept_.fetch_add(1, std::memory_order_relaxed); }
-    void drop() { kept_.fetch_sub(1, std::memory_order_relaxed); }
+    Share keep() {
+        kept_.fetch_add(1, std::memory_order_relaxed);
+        return Share(this);
+    }
 
 private:
     const int limit_;
+    // Relaxed throughout: a number to go by, a little early or late; no other memory depends on it.
     std::atomic<int> kept_{0};
 };
 
 /// A folder that is waiting, being read, or has sub-folders that are not finished.
 ///
-/// Lifetime: counted. Whoever works on the folder has a reference, each unfinished sub-folder has one, and a
-/// folder has one to its parent; so the walk is over when its root is released. No lock and no counter is
-/// shared by all folders of a walk.
+/// Lifetime: whoever works on the folder has a reference, and so has each unfinished sub-folder; so the walk
+/// is over when the last reference to its root goes. No lock and no counter is shared by all folders of a
+/// walk.
 ///
 /// Descriptor: stays open while somebody uses it (reads, measures, opens a sub-folder) or a sub-folder waits
 /// to be opened, then is closed by whoever was the last. When descriptors are scarce it is given up earlier;
 /// who needs it then opens the folder anew by its path below the nearest open ancestor, and compares
 /// `identity()`.
+///
+/// Threads: those with a reference, for what says nothing else.
 class Folder {
 public:
-    /// With one reference, for whoever will visit it. `parent` (nothing for a root) is told later, by
-    /// `expect`.
-    static Folder* make(RunningWalk& walk, Folder* parent, std::string_view name);
+    /// The root of `walk`, which ends with it.
+    static FolderReference makeRoot(std::unique_ptr<RunningWalk> walk);
 
-    /// Ends the life of a folder that nobody was told of.
-    static void discard(Folder* folder);
+    /// A folder that was found in another. Nobody else is to see it until it is adopted there.
+    static FolderReference make(RunningWalk& walk, std::string_view name);
 
-    /// Gives back one reference; frees the folder, and its ancestors, when it was the last. Returns the walk
-    /// when that freed its root, otherwise null.
-    static RunningWalk* release(Folder* folder);
+    /// Makes `children` sub-folders of this one, which they keep open until they are opened themselves.
+    void adopt(const std::vector<FolderReference>& children);
 
     RunningWalk& walk() const { return walk_; }
-    Folder* parent() const { return parent_; }
+    bool isRoot() const { return *name() == '\0'; }
+    Folder* parent() const { return parent_.folder_.get(); }
     const char* name() const { return reinterpret_cast<const char*>(this + 1); }
 
-    /// One more reference, for a caller that has one.
-    void retain() { references_.fetch_add(1, std::memory_order_relaxed); }
+    /// Once, by whoever visits the folder first.
+    FolderUse opened(FileDescriptor descriptor);
 
-    /// References and waits of `count` new sub-folders; before any thread can see them.
-    void expect(std::uint32_t count);
-
-    /// Set once, by whoever opens the folder, who thereby uses the descriptor.
-    void opened(FileDescriptor descriptor, std::unique_ptr<DirectoryStream> stream);
-    bool wasOpened() const { return wasOpened_; }
-
-    /// Only for whoever uses the descriptor.
-    int descriptor() const { return descriptor_.number(); }
-    DirectoryStream* stream() const { return stream_.get(); }
-    void endReading() { stream_.reset(); }
-
-    /// Begins a use if the descriptor is open; the caller needs a reference only.
-    bool tryUse();
-    /// One more use, for a caller that has one.
-    void useAgain() { state_.fetch_add(oneUse, std::memory_order_relaxed); }
-    void endUse() { subtract(oneUse); }
-    void endWait() { subtract(oneWait); }
-    void endUseAndWait() { subtract(oneUse + oneWait); }
-
-    /// Counts the descriptor in `budget` until it is closed. Only by the reader, while it uses the
-    /// descriptor.
-    void keepWithin(DescriptorBudget& budget);
-
-    /// Closes the descriptor although sub-folders wait, and ends the caller's use, unless others use it as
-    /// well. Callers take turns.
-    bool giveUp();
+    /// A use if the descriptor is open.
+    FolderUse tryUse();
 
     /// Of a folder whose descriptor was given up.
     const FileIdentity& identity() const { return identity_; }
 
 private:
-    Folder(RunningWalk& walk, Folder* parent) : walk_(walk), parent_(parent) {}
+    friend class FolderReference;
+    friend class FolderUse;
+    friend class FolderWait;
+
+    explicit Folder(RunningWalk& walk) : walk_(walk) {}
     ~Folder() = default;
+    static void release(Folder* folder);
+    static Folder* end(Folder* folder);
     void subtract(std::uint64_t amount);
+    bool giveUp();
     void close();
 
     // state_: uses in the lower half, waiting sub-folders in the upper half below the mark of giving up.
@@ -99,15 +96,26 @@ private:
     static constexpr std::uint64_t givenUp = std::uint64_t{1} << 63;
 
     RunningWalk& walk_;
-    Folder* const parent_;
+    FolderReference parent_;  // none of a root
+    FolderWait wait_;         // at the parent, until opened
     std::atomic<std::uint64_t> state_{0};
     std::atomic<std::uint32_t> references_{1};
-    bool wasOpened_ = false;
     FileDescriptor descriptor_;
-    std::unique_ptr<DirectoryStream> stream_;
-    DescriptorBudget* keptWithin_ = nullptr;
+    DescriptorBudget::Share share_;
     FileIdentity identity_;
-    // The name and a zero byte follow.
+    // The name and a zero byte follow. Only a root has an empty one.
 };
+
+inline int FolderUse::descriptor() const {
+    return folder_->descriptor_.number();
+}
+
+inline void FolderUse::GiveBack::operator()(Folder* folder) const {
+    folder->subtract(Folder::oneUse);
+}
+
+inline void FolderWait::GiveBack::operator()(Folder* folder) const {
+    folder->subtract(Folder::oneWait);
+}
 
 }  // namespace vantrel::walking

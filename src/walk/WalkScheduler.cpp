@@ -27,13 +27,6 @@ void relaxProcessor() {
 
 }  // namespace
 
-void releaseFolder(Folder* folder) {
-    if (RunningWalk* ended = Folder::release(folder)) {
-        ended->end();
-        delete ended;
-    }
-}
-
 WalkScheduler::WalkScheduler(const Clock& clock, const WalkPool::Options& options)
     : clock_(clock),
       budget_(options.descriptorBudget),
@@ -52,8 +45,6 @@ WalkScheduler::~WalkScheduler() {
         wakeUp_.notify_all();
     }
     for (auto& thread : threads_) thread.join();
-    for (auto& worker : workers_)
-        while (Folder* folder = worker->queue().takeNewest()) worker->drop(folder);
 }
 
 void WalkScheduler::submit(WalkRequest request) {
@@ -81,21 +72,21 @@ bool WalkScheduler::catchUp(Seconds lent) {
     return true;
 }
 
-Folder* WalkScheduler::takeNow(WalkWorker& worker) {
-    if (Folder* folder = worker.queue().takeNewest()) return folder;
+Visit WalkScheduler::takeNow(WalkWorker& worker) {
+    if (Visit visit = worker.queue().takeNewest()) return visit;
     return beginFurtherWalk();
 }
 
-Folder* WalkScheduler::take(WalkWorker& worker) {
+Visit WalkScheduler::take(WalkWorker& worker) {
     while (!isStopping()) {
-        if (Folder* folder = worker.queue().takeNewest()) return folder;
-        if (Folder* folder = beginFurtherWalk()) return folder;
-        if (Folder* folder = steal(worker)) return folder;
+        if (Visit visit = worker.queue().takeNewest()) return visit;
+        if (Visit visit = beginFurtherWalk()) return visit;
+        if (Visit visit = steal(worker)) return visit;
         if (awaitWork()) continue;
         worker.rest();
         sleep();
     }
-    return nullptr;
+    return {};
 }
 
 // Going to sleep and being woken takes several times as long as a small folder, so one worker at a time,
@@ -111,12 +102,12 @@ bool WalkScheduler::awaitWork() {
     return found;
 }
 
-Folder* WalkScheduler::beginFurtherWalk() {
+Visit WalkScheduler::beginFurtherWalk() {
     while (waitingWalkCount_.load() > 0) {
         std::unique_ptr<RunningWalk> walk;
         {
             std::lock_guard lock(walksLock_);
-            if (waitingWalks_.empty()) return nullptr;
+            if (waitingWalks_.empty()) return {};
             walk = std::move(waitingWalks_.front());
             waitingWalks_.pop_front();
             waitingWalkCount_.store(waitingWalks_.size());
@@ -127,21 +118,21 @@ Folder* WalkScheduler::beginFurtherWalk() {
             continue;
         }
         walk->begin();
-        return Folder::make(*walk.release(), nullptr, "");
+        return Visit(Folder::makeRoot(std::move(walk)));
     }
-    return nullptr;
+    return {};
 }
 
-Folder* WalkScheduler::steal(WalkWorker& thief) {
+Visit WalkScheduler::steal(WalkWorker& thief) {
     const std::size_t count = workers_.size();
     for (std::size_t i = 1; i < count; ++i) {
         FolderQueue& victim = workers_[(thief.index() + i) % count]->queue();
-        if (Folder* folder = victim.takeOldest()) {
+        if (Visit visit = victim.takeOldest()) {
             if (!victim.isEmpty()) wakeOne();
-            return folder;
+            return visit;
         }
     }
-    return nullptr;
+    return {};
 }
 
 bool WalkScheduler::hasWork() const {
@@ -199,17 +190,16 @@ bool WalkScheduler::startThread() {
     return true;
 }
 
-bool WalkScheduler::giveUp(Folder& folder) {
+void WalkScheduler::giveUp(FolderUse& use) {
     std::lock_guard lock(givingUp_);
-    return folder.giveUp();
+    use.giveUp();
 }
 
 void WalkScheduler::giveUpAll() {
     for (auto& worker : workers_) {
-        worker->queue().forEach([this](Folder& waiting) {
-            Folder* parent = waiting.parent();
-            if (waiting.wasOpened() || !parent || !parent->tryUse()) return;
-            if (!giveUp(*parent)) parent->endUse();
+        worker->queue().forEach([this](const Visit& visit) {
+            if (visit.use || visit.folder->isRoot()) return;
+            if (FolderUse use = visit.folder->parent()->tryUse()) giveUp(use);
         });
     }
 }

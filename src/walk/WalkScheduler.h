@@ -30,14 +30,14 @@ public:
     bool catchUp(Seconds lent);
 
     /// The next folder for a worker: its own newest, the root of a further walk, or another worker's oldest;
-    /// sleeps while there is none. Null when the pool is being destroyed.
-    Folder* take(WalkWorker& worker);
+    /// sleeps while there is none. Nothing when the pool is being destroyed.
+    Visit take(WalkWorker& worker);
 
-    /// The same for the worker of a lent thread: null when there is none.
-    Folder* takeNow(WalkWorker& worker);
+    /// The same for the worker of a lent thread: nothing when there is none.
+    Visit takeNow(WalkWorker& worker);
 
-    /// The root of the walk submitted first among those that wait and are not cancelled, or null.
-    Folder* beginFurtherWalk();
+    /// The root of the walk submitted first among those that wait and are not cancelled, or nothing.
+    Visit beginFurtherWalk();
 
     /// To be called after a push into a worker's queue.
     void wakeOne();
@@ -45,8 +45,8 @@ public:
     DescriptorBudget& budget() { return budget_; }
     bool isStopping() const { return stopping_.stop_requested(); }
 
-    /// Closes the descriptor of a folder whose sub-folders wait; ends the caller's use if that succeeds.
-    bool giveUp(Folder& folder);
+    /// Closes the descriptor of a folder whose sub-folders wait, unless others use it as well.
+    void giveUp(FolderUse& use);
 
     /// Held while a worker retries what failed for want of a descriptor, so that workers do not take them
     /// away from each other.
@@ -56,7 +56,7 @@ public:
     void giveUpAll();
 
 private:
-    Folder* steal(WalkWorker& thief);
+    Visit steal(WalkWorker& thief);
     bool awaitWork();
     void sleep();
     bool startThread();
@@ -90,8 +90,5 @@ private:
     std::vector<std::unique_ptr<WalkWorker>> workers_;  // the last one for a lent thread
     std::vector<std::thread> threads_;  // under sleepLock_; of the first workers, started when first needed
 };
-
-/// Drops a reference; when that was the last of its walk, tells the observer and ends the walk.
-void releaseFolder(Folder* folder);
 
 }  // namespace vantrel::walking

@@ -21,93 +21,79 @@ WalkWorker::WalkWorker(WalkScheduler& scheduler, std::size_t index, std::unique_
     : scheduler_(scheduler), index_(index), reader_(std::move(reader)) {}
 
 void WalkWorker::run() {
-    while (Folder* folder = scheduler_.take(*this)) {
-        while (folder) folder = goOn(folder);
+    while (Visit visit = scheduler_.take(*this)) {
+        while (visit) goOn(visit);
     }
 }
 
 void WalkWorker::runUntil(const Clock& clock, Seconds end) {
-    Folder* folder = scheduler_.takeNow(*this);
-    while (folder) {
-        folder = goOn(folder);
+    Visit visit = scheduler_.takeNow(*this);
+    while (visit) {
+        goOn(visit);
         if (clock.now() >= end) break;
-        if (!folder) folder = scheduler_.takeNow(*this);
+        if (!visit) visit = scheduler_.takeNow(*this);
     }
-    if (folder) queue_.push(folder);
+    if (visit) queue_.push(std::move(visit));
     reader_->rest();
 }
 
-// Visits a folder and answers the one to be visited next, now and then that of a further walk.
-Folder* WalkWorker::goOn(Folder* folder) {
-    folder = visit(folder);
-    if (++visited_ % foldersPerFurtherWalk != 0) return folder;
-    Folder* root = scheduler_.beginFurtherWalk();
-    if (!root) return folder;
-    if (folder) queue_.push(folder);
-    return root;
+// Makes a visit and puts the next in its place, now and then that of a further walk.
+void WalkWorker::goOn(Visit& visit) {
+    visit = make(visit);
+    if (++visited_ % foldersPerFurtherWalk != 0) return;
+    Visit root = scheduler_.beginFurtherWalk();
+    if (!root) return;
+    if (visit) queue_.push(std::move(visit));
+    visit = std::move(root);
 }
 
-void WalkWorker::drop(Folder* folder) {
-    if (folder->wasOpened()) {
-        folder->endReading();
-        folder->endUse();
-    } else if (folder->parent()) {
-        folder->parent()->endWait();
-    }
-    releaseFolder(folder);
+// Returns the visit to one of the folder's sub-folders, to be made next by the same thread without a detour
+// through the queue.
+Visit WalkWorker::make(Visit& visit) {
+    RunningWalk& walk = visit.folder->walk();
+    if (std::exchange(lastWalk_, &walk) != &walk) reader_->rest();
+    if (walk.isCancelled() || (!visit.use && !open(visit))) return {};
+    read(visit);
+    walk.add(counted_);
+    return publishChildren(visit);
 }
 
-// Visits a folder that was just found or is to be read on. Returns one of its sub-folders, to be visited
-// next by the same thread without a detour through the queue.
-Folder* WalkWorker::visit(Folder* folder) {
-    if (std::exchange(lastWalk_, &folder->walk()) != &folder->walk()) reader_->rest();
-    if (folder->walk().isCancelled() || (!folder->wasOpened() && !open(*folder))) {
-        drop(folder);
-        return nullptr;
-    }
-    read(*folder);
-    folder->walk().add(counted_);
-    Folder* kept = publishChildren(*folder);
-    releaseFolder(folder);
-    return kept;
-}
-
-void WalkWorker::read(Folder& folder) {
-    while (!folder.walk().isCancelled() && reader_->read(folder.descriptor(), folder.stream())) {
+void WalkWorker::read(Visit& visit) {
+    RunningWalk& walk = visit.folder->walk();
+    while (!walk.isCancelled() && reader_->read(visit.use.descriptor(), visit.stream.get())) {
         if (reader_->expectsMore() && !scheduler_.budget().isUsedUp()) {
-            countHandedOver(folder);
-            return;  // the stream belongs to whoever reads on
+            handOver(visit);
+            countBatch(visit);
+            return;
         }
-        countBatch(folder);
-        if (reader_->reachedEnd(folder.descriptor(), folder.walk().volume())) break;
+        countBatch(visit);
+        if (reader_->reachedEnd(visit.use.descriptor(), walk.volume())) break;
     }
-    folder.endReading();
+    visit.stream.reset();
 }
 
 // Lets any worker read the folder on while this one counts the batch at hand.
-void WalkWorker::countHandedOver(Folder& folder) {
-    folder.keepWithin(scheduler_.budget());
-    folder.retain();
-    folder.useAgain();
-    queue_.push(&folder);
+void WalkWorker::handOver(Visit& visit) {
+    visit.use.keepWithin(scheduler_.budget());
+    queue_.push(Visit(visit.folder.again(), visit.use.again(), std::move(visit.stream)));
     scheduler_.wakeOne();
-    countBatch(folder);
 }
 
-void WalkWorker::countBatch(Folder& folder) {
-    if (folder.walk().reach() == WalkPool::Reach::wholeTree) handOutSubFolders(folder);
-    countFiles(folder);
+void WalkWorker::countBatch(const Visit& visit) {
+    if (visit.folder->walk().reach() == WalkPool::Reach::wholeTree) handOutSubFolders(visit);
+    countFiles(visit);
 }
 
 // The sub-folders go to whoever is idle before the files are looked at, which takes far longer. In a chain of
 // folders that is all that two threads can do side by side.
-void WalkWorker::handOutSubFolders(Folder& folder) {
+void WalkWorker::handOutSubFolders(const Visit& visit) {
+    RunningWalk& walk = visit.folder->walk();
     Entry entry;
     bool hasFiles = false;
-    while (!folder.walk().isCancelled() && reader_->next(entry)) {
+    while (!walk.isCancelled() && reader_->next(entry)) {
         if (entry.kind == EntryKind::folder) {
-            children_.push_back(Folder::make(folder.walk(), &folder, entry.name));
-            folder.walk().progress(counted_);
+            children_.push_back(Folder::make(walk, entry.name));
+            walk.progress(counted_);
         } else if (entry.kind != EntryKind::link) {
             hasFiles = true;
         }
@@ -116,20 +102,19 @@ void WalkWorker::handOutSubFolders(Folder& folder) {
     // Without files there is nothing to do meanwhile; with few descriptors left their number has to stay
     // small.
     if (!hasFiles || children_.empty() || scheduler_.budget().isUsedUp()) return;
-    folder.expect(static_cast<std::uint32_t>(children_.size()));
-    folder.keepWithin(scheduler_.budget());
+    visit.folder->adopt(children_);
+    visit.use.keepWithin(scheduler_.budget());
     queueChildren();
 }
 
 void WalkWorker::queueChildren() {
     queue_.push(children_);
     scheduler_.wakeOne();
-    children_.clear();
 }
 
-void WalkWorker::countFiles(Folder& folder) {
-    RunningWalk& walk = folder.walk();
-    const int descriptor = reader_->measuringFrom(folder.descriptor());
+void WalkWorker::countFiles(const Visit& visit) {
+    RunningWalk& walk = visit.folder->walk();
+    const int descriptor = reader_->measuringFrom(visit.use.descriptor());
     Entry entry;
     Measure measure;
     while (!walk.isCancelled() && reader_->next(entry)) {
@@ -138,89 +123,81 @@ void WalkWorker::countFiles(Folder& folder) {
         if (measure.kind == EntryKind::other)
             addChecked(counted_, {measure.bytes, 1});
         else if (measure.kind == EntryKind::folder && walk.reach() == WalkPool::Reach::wholeTree)
-            children_.push_back(Folder::make(walk, &folder, entry.name));
+            children_.push_back(Folder::make(walk, entry.name));
         walk.progress(counted_);
     }
 }
 
-// Queues the sub-folders but one, which it returns, and ends this worker's use of the folder.
-Folder* WalkWorker::publishChildren(Folder& folder) {
-    if (children_.empty()) {
-        folder.endUse();
-        return nullptr;
-    }
-    folder.expect(static_cast<std::uint32_t>(children_.size()));
-    Folder* kept = children_.back();
+// Queues the visits to the sub-folders but one, which it returns.
+Visit WalkWorker::publishChildren(Visit& visit) {
+    Visit next;
+    if (children_.empty()) return next;
+    visit.folder->adopt(children_);
+    next.folder = std::move(children_.back());
     children_.pop_back();
-    bool inUse = true;
     if (scheduler_.budget().isUsedUp()) {
-        // The one to be visited next is opened while that is cheap.
-        const auto error = tryOpen(*kept);
-        if (error && !isDescriptorShortage(error)) drop(std::exchange(kept, nullptr));
-        inUse = !scheduler_.giveUp(folder);
+        // The one to be made next is opened while that is cheap.
+        const auto error = tryOpen(next);
+        if (error && !isDescriptorShortage(error)) next = {};
+        scheduler_.giveUp(visit.use);
     } else {
-        folder.keepWithin(scheduler_.budget());
+        visit.use.keepWithin(scheduler_.budget());
     }
     if (!children_.empty()) queueChildren();
-    if (inUse) folder.endUse();
-    return kept;
+    return next;
 }
 
-// On failure the folder still counts as waiting for its parent's descriptor.
-bool WalkWorker::open(Folder& folder) {
-    auto error = tryOpen(folder);
-    if (isDescriptorShortage(error)) error = retryOpen(folder);
-    if (error && !folder.parent()) folder.walk().failAtRoot();
+bool WalkWorker::open(Visit& visit) {
+    auto error = tryOpen(visit);
+    if (isDescriptorShortage(error)) error = retryOpen(visit);
+    if (error && visit.folder->isRoot()) visit.folder->walk().failAtRoot();
     return !error;
 }
 
 // One worker at a time tries again until it has what it needs; all others finish what they have open.
-std::error_code WalkWorker::retryOpen(Folder& folder) {
+std::error_code WalkWorker::retryOpen(Visit& visit) {
     std::lock_guard lock(scheduler_.shortage());
     for (;;) {
         scheduler_.giveUpAll();
-        const auto error = tryOpen(folder);
+        const auto error = tryOpen(visit);
         if (!isDescriptorShortage(error)) return error;
-        if (folder.walk().isCancelled()) return error;
+        if (visit.folder->walk().isCancelled()) return error;
         std::this_thread::sleep_for(pauseWhileDescriptorsAreScarce);
     }
 }
 
-std::error_code WalkWorker::tryOpen(Folder& folder) {
-    auto opened = openByName(folder);
+std::error_code WalkWorker::tryOpen(Visit& visit) {
+    auto opened = openByName(*visit.folder);
     if (!opened) return opened.error();
     auto stream = reader_->beginReading(opened->number());
     if (!stream) return stream.error();
-    folder.opened(std::move(*opened), std::move(*stream));
-    if (folder.parent()) folder.parent()->endWait();
+    visit.use = visit.folder->opened(std::move(*opened));
+    visit.stream = std::move(*stream);
     return {};
 }
 
-Result<FileDescriptor> WalkWorker::openByName(Folder& folder) {
-    Folder* parent = folder.parent();
+Result<FileDescriptor> WalkWorker::openByName(const Folder& folder) {
     Volume& volume = folder.walk().volume();
-    if (!parent) return reader_->openRoot(folder.walk().rootPath(), volume);
-    if (parent->tryUse()) {
-        auto opened = reader_->openFolder(parent->descriptor(), folder.name(), volume);
-        parent->endUse();
-        return opened;
-    }
-    auto place = reopen(*parent);
+    if (folder.isRoot()) return reader_->openRoot(folder.walk().rootPath(), volume);
+    if (const FolderUse parent = folder.parent()->tryUse())
+        return reader_->openFolder(parent.descriptor(), folder.name(), volume);
+    auto place = reopen(*folder.parent());
     if (!place) return place;
     return reader_->openFolder(place->number(), folder.name(), volume);
 }
 
 // A descriptor of its own for a folder whose descriptor was given up.
-Result<FileDescriptor> WalkWorker::reopen(Folder& folder) {
+Result<FileDescriptor> WalkWorker::reopen(const Folder& folder) {
     std::vector<const Folder*> missing{&folder};
-    Folder* ancestor = folder.parent();
-    while (ancestor && !ancestor->tryUse()) {
-        missing.push_back(ancestor);
-        ancestor = ancestor->parent();
+    FolderUse nearest;
+    for (Folder* above = folder.parent(); above; above = above->parent()) {
+        nearest = above->tryUse();
+        if (nearest) break;
+        missing.push_back(above);
     }
     Volume& volume = folder.walk().volume();
     FileDescriptor root;
-    if (!ancestor) {
+    if (!nearest) {
         auto opened = reader_->openRoot(folder.walk().rootPath(), volume);
         if (!opened) return opened;
         root = std::move(*opened);
@@ -232,8 +209,7 @@ Result<FileDescriptor> WalkWorker::reopen(Folder& folder) {
         path += (*name)->name();
     }
     if (path.empty()) path.push_back('.');
-    auto opened = reader_->openBelow(ancestor ? ancestor->descriptor() : root.number(), path, volume);
-    if (ancestor) ancestor->endUse();
+    auto opened = reader_->openBelow(nearest ? nearest.descriptor() : root.number(), path, volume);
     // A tree renamed meanwhile must not lead the walk to another folder.
     if (opened && identify(opened->number()) != folder.identity())
         return std::make_error_code(std::errc::no_such_file_or_directory);

@@ -27,32 +27,29 @@ public:
     /// To be called before the thread sleeps.
     void rest() { reader_->rest(); }
 
-    /// Gives up a folder taken from a queue without visiting it.
-    static void drop(Folder* folder);
-
 private:
-    Folder* goOn(Folder* folder);
-    Folder* visit(Folder* folder);
-    void read(Folder& folder);
-    void countHandedOver(Folder& folder);
-    void countBatch(Folder& folder);
-    void handOutSubFolders(Folder& folder);
-    void countFiles(Folder& folder);
+    void goOn(Visit& visit);
+    Visit make(Visit& visit);
+    void read(Visit& visit);
+    void handOver(Visit& visit);
+    void countBatch(const Visit& visit);
+    void handOutSubFolders(const Visit& visit);
+    void countFiles(const Visit& visit);
     void queueChildren();
-    Folder* publishChildren(Folder& folder);
+    Visit publishChildren(Visit& visit);
 
-    bool open(Folder& folder);
-    [[nodiscard]] std::error_code tryOpen(Folder& folder);
-    [[nodiscard]] std::error_code retryOpen(Folder& folder);
-    Result<FileDescriptor> openByName(Folder& folder);
-    Result<FileDescriptor> reopen(Folder& folder);
+    bool open(Visit& visit);
+    [[nodiscard]] std::error_code tryOpen(Visit& visit);
+    [[nodiscard]] std::error_code retryOpen(Visit& visit);
+    Result<FileDescriptor> openByName(const Folder& folder);
+    Result<FileDescriptor> reopen(const Folder& folder);
 
     WalkScheduler& scheduler_;
     const std::size_t index_;
     const std::unique_ptr<DirectoryReader> reader_;
     FolderQueue queue_;
     unsigned visited_ = 0;
-    std::vector<Folder*> children_;          // found in the folder being visited, seen by no other thread yet
+    std::vector<FolderReference> children_;  // found in the folder being visited, not yet adopted
     const RunningWalk* lastWalk_ = nullptr;  // whose folder was visited last; not looked into
     WalkTotals counted_;                     // in the folder being visited, not yet in the walk's totals
 };
