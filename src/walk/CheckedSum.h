@@ -5,7 +5,7 @@
 
 namespace vantrel {
 
-/// Adds with a check: an overflow of bytes or items stops the program. Any thread.
+/// Adds with a check: an overflow of bytes or items stops the program. Threads: one at a time for each sum.
 inline void addChecked(WalkTotals& totals, WalkTotals more) {
     const bool overflow = __builtin_add_overflow(totals.bytes, more.bytes, &totals.bytes) ||
                           __builtin_add_overflow(totals.items, more.items, &totals.items);

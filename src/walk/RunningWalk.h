@@ -65,6 +65,7 @@ private:
     Volume volume_;
     bool rootFailed_ = false;
 
+    // Relaxed: only says whether to try for `reporting_`, under which it is looked at again.
     std::atomic<Seconds> lastReport_{Seconds(0)};
     std::mutex reporting_;  // held during the observer's call, so that calls are serial; only ever tried
     alignas(64) std::mutex totalsLock_;

@@ -22,6 +22,8 @@ class WalkScheduler;
 /// of another's. Further walks begin, in the order of submission, after every few folders, so that small ones
 /// are known early. Memory grows with neither files nor sub-folders, descriptors stay within a budget, and a
 /// shortage of descriptors delays a walk but loses nothing.
+///
+/// Any thread may submit and ask for readers.
 class WalkPool final : public WalkQueue {
 public:
     enum class Reach : std::uint8_t {

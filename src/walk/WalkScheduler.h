@@ -19,6 +19,8 @@ namespace vantrel::walking {
 class WalkWorker;
 
 /// Deals folders out to the workers of one pool: submitted walks, the workers' queues, sleeping and waking.
+/// Threads: any may submit, one at a time may lend itself; all else is for the workers. Refused threads and
+/// scarce descriptors are waited for, never reported.
 class WalkScheduler {
 public:
     WalkScheduler(const Clock& clock, const WalkPool::Options& options);
@@ -68,6 +70,10 @@ private:
     const Clock& clock_;
     DescriptorBudget budget_;
     std::stop_source stopping_;
+
+    // The atomics below are sequentially consistent, and so are the pushes into the queues: a worker that
+    // goes to sleep tells first and looks for work then, who brings work does it the other way round, and at
+    // least one of them has to see the other.
 
     std::mutex walksLock_;
     std::deque<std::unique_ptr<RunningWalk>> waitingWalks_;  // under walksLock_

@@ -9,7 +9,8 @@
 
 namespace vantrel::walking {
 
-/// One thread of a pool: visits folders, counts their files, queues their sub-folders.
+/// One thread of a pool: visits folders, counts their files, queues their sub-folders. Other threads reach
+/// nothing but its queue.
 class WalkWorker {
 public:
     WalkWorker(WalkScheduler& scheduler, std::size_t index, std::unique_ptr<DirectoryReader> reader);
@@ -38,7 +39,7 @@ private:
     void queueChildren();
     Visit publishChildren(Visit& visit);
 
-    bool open(Visit& visit);
+    [[nodiscard]] bool open(Visit& visit);
     [[nodiscard]] std::error_code tryOpen(Visit& visit);
     [[nodiscard]] std::error_code retryOpen(Visit& visit);
     Result<FileDescriptor> openByName(const Folder& folder);

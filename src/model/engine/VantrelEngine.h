@@ -17,7 +17,7 @@
 
 namespace vantrel {
 
-/// A hook for whoever wants to hear of finished totals; nothing calls it yet.
+/// A hook for whoever wants to hear of finished totals. Deliberately never called: reports go to `onUpdate`.
 class VantrelEngineDelegate {
 public:
     virtual ~VantrelEngineDelegate() = default;
@@ -72,8 +72,9 @@ public:
 
     void cancelFor(const std::string& path);
 
-    /// Cancels every walk whose path begins with `prefix`: a plain test of strings, so "/a" reaches "/ab" as
-    /// well. An empty prefix cancels nothing.
+    /// Cancels every walk whose path begins with `prefix`: a plain test of strings on purpose, so "/a"
+    /// reaches
+    /// "/ab" as well. An empty prefix cancels nothing.
     void cancelForPrefix(std::string_view prefix);
 
     /// Cancels every walk; finished totals stay in the cache.
