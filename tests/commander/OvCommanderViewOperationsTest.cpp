@@ -65,7 +65,6 @@ TEST_F(OvCommanderViewOperations, anAbsentInputDoesNothing) {
 }
 
 TEST_F(OvCommanderViewOperations, renamingStaysInTheItemsFolderAndTheNewNameIsSelected) {
-    desktop.files.addFile("/start", "b.txt");
     answer(Key::f6, "b.txt");
     EXPECT_THAT(desktop.files.operations, ElementsAre("move /start/cedar.txt to /start/b.txt"));
     EXPECT_THAT(desktop.files.listedFolders, ElementsAre("/start"));
@@ -73,6 +72,7 @@ TEST_F(OvCommanderViewOperations, renamingStaysInTheItemsFolderAndTheNewNameIsSe
 }
 
 TEST_F(OvCommanderViewOperations, aMovesInputCountsFromTheItemsFolderAlsoWithASlashInFront) {
+    desktop.files.operationError = std::make_error_code(std::errc::io_error);
     answer(Key::f6, "sub/x");
     press(Key::end);
     answer(Key::f6, "../x");
@@ -94,12 +94,12 @@ TEST_F(OvCommanderViewOperations, aFailedMoveIsSilentAndReloadsTheActivePanelAll
 TEST_F(OvCommanderViewOperations, anItemOfTheRootIsRenamedInTheRoot) {
     desktop.files.addFile("/", "top");
     left().setCurrentPath("/");
+    press(Key::end);
     answer(Key::f6, "new");
     EXPECT_THAT(desktop.files.operations, ElementsAre("move /top to /new"));
 }
 
 TEST_F(OvCommanderViewOperations, aNewFolderIsMadeInTheActivePanelsFolderAndSelected) {
-    desktop.files.addFolder("/start", "New_Folder");
     press(Key::f7);
     press(Key::returnKey);
     EXPECT_THAT(desktop.files.operations, ElementsAre("make /start/New_Folder"));
@@ -176,36 +176,36 @@ protected:
 };
 
 TEST_F(OvCommanderViewViewer, aFilesTextIsShownUnderItsName) {
-    desktop.files.contents["/start/cedar.txt"] = "hello\nworld";
+    desktop.files.write("/start/cedar.txt", "hello\nworld");
     EXPECT_EQ(viewed(), (dialog::Viewer{"cedar.txt", "hello\nworld"}));
 }
 
 TEST_F(OvCommanderViewViewer, onlyTheFirst200000BytesAreShown) {
-    desktop.files.contents["/start/cedar.txt"] = std::string(300'000, 'x');
+    desktop.files.write("/start/cedar.txt", std::string(300'000, 'x'));
     EXPECT_EQ(viewed().content, std::string(200'000, 'x'));
 }
 
 TEST_F(OvCommanderViewViewer, aSequenceCutByTheLimitBecomesOneReplacementCharacter) {
-    desktop.files.contents["/start/cedar.txt"] = std::string(199'998, 'x') + "\xE2\x82\xAC";
+    desktop.files.write("/start/cedar.txt", std::string(199'998, 'x') + "\xE2\x82\xAC");
     EXPECT_EQ(viewed().content, std::string(199'998, 'x') + "\uFFFD");
 }
 
 TEST_F(OvCommanderViewViewer, bytesThatAreNoTextAreShownAsReplacementCharacters) {
-    desktop.files.contents["/start/cedar.txt"] = "\x89PNG\xFF";
+    desktop.files.write("/start/cedar.txt", "\x89PNG\xFF");
     EXPECT_EQ(viewed().content, "\uFFFDPNG\uFFFD");
 }
 
 TEST_F(OvCommanderViewViewer, anEmptyFileSaysSoWithTheSizeOfItsRow) {
-    desktop.files.contents["/start/cedar.txt"] = "";
+    desktop.files.write("/start/cedar.txt", "");
     EXPECT_EQ(viewed().content, "(Binary or Empty File:  100 B )");
     press(Key::escape);
-    desktop.files.addFile("/start", "empty", 0);
-    desktop.files.contents["/start/empty"] = "";
+    desktop.files.write("/start/empty", "");
     left().loadDirectory("empty");
     EXPECT_EQ(viewed().content, "(Binary or Empty File:    0 B )");
 }
 
 TEST_F(OvCommanderViewViewer, aFileThatCannotBeReadShowsTheReasonInTheViewer) {
+    desktop.files.makeUnreadable("/start/cedar.txt");
     EXPECT_THAT(viewed().content, testing::StartsWith("Error reading file: "));
 }
 
@@ -219,7 +219,7 @@ TEST_F(OvCommanderViewViewer, foldersAndTheParentRowHaveNoViewer) {
 }
 
 TEST_F(OvCommanderViewViewer, theFunctionKeyCellOpensItToo) {
-    desktop.files.contents["/start/cedar.txt"] = "hello";
+    desktop.files.write("/start/cedar.txt", "hello");
     click(5 + 109 * 2 + 50, 705);
     EXPECT_TRUE(isViewer(commander->dialogOverlay()->dialogType()));
 }

@@ -128,6 +128,7 @@ TEST_F(PanelAccessibleTest, theCursorsRowIsSelectedAndHasTheFocusWhileThePanelIs
 }
 
 TEST_F(PanelAccessibleTest, withoutRowsNothingHasTheFocus) {
+    desktop.files.clear("/");
     panel->setCurrentPath("/");
     ASSERT_TRUE(panel->items().empty());
     EXPECT_EQ(table().focusedElement(), std::nullopt);

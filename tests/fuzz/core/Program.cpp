@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "fuzz/Target.h"
+#include "fuzz/core/FileChanges.h"
 #include "fuzz/core/ProgramRules.h"
 
 namespace vantrel::fuzz {
@@ -25,11 +26,12 @@ bool isAskingForChange(const OvCommanderView& commander) {
 
 Program::Program(Input& input) {
     static constexpr std::array starts{"", "/", "/start", "~", "/missing", "/file", "/start/alpha"};
+    fill(desktop_.files);
     desktop_.engine = VantrelEngine::make({walkQueue_, mainQueue_, desktop_.clock});
     mainQueue_.engine = desktop_.engine;
     walkQueue_.engine = desktop_.engine;
     app_ = std::make_unique<AppDelegate>(
-        desktop_.portsWith(files_), *desktop_.engine,
+        desktop_.ports(), *desktop_.engine,
         std::vector<std::string>{"vantrel", input.oneOf(starts), input.oneOf(starts)});
     app_->applicationDidFinishLaunching();
     commander().setHost(&host_);
@@ -94,10 +96,10 @@ void Program::check() {
 }
 
 void Program::checkOperations() {
-    const int done = files_.operations() - operations_;
+    const std::size_t done = desktop_.files.operations.size() - operations_;
     require(done == 0 || (done == 1 && wasAsked_), "files change only when a dialog asked first, and once");
     require(done == 0 || commander().dialogOverlay() == nullptr, "a dialog closes when it is answered");
-    operations_ = files_.operations();
+    operations_ = desktop_.files.operations.size();
     wasAsked_ = isAskingForChange(commander());
 }
 
@@ -175,11 +177,11 @@ void Program::endWalk(std::size_t index, Input& input) {
 }
 
 void Program::changeFiles(Input& input) {
-    files_.change(input);
+    change(desktop_.files, input);
 }
 
 void Program::failFiles(Input& input) {
-    files_.planFailure(input);
+    planFault(desktop_.files, input);
 }
 
 }  // namespace vantrel::fuzz

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -8,7 +9,6 @@
 
 #include "app/AppDelegate.h"
 #include "fuzz/Input.h"
-#include "fuzz/core/LivingFiles.h"
 #include "support/FakeDesktop.h"
 
 namespace vantrel::fuzz {
@@ -86,13 +86,12 @@ private:
     void expectVisibleCursorAfter(Key key, const std::function<void()>& event);
 
     test::FakeDesktop desktop_;
-    LivingFiles files_;
     ProbingMainQueue mainQueue_{desktop_.mainQueue};
     ProbingWalkQueue walkQueue_{desktop_.walks};
     test::CountingHost host_;
     ClickRouter clicks_;
     std::vector<WalkTotals> totals_;  ///< so far, of the walks in the order of their submission
-    int operations_ = 0;              ///< on files, before the last event
+    std::size_t operations_ = 0;      ///< on files, before the last event
     bool wasAsked_ = false;           ///< whether a dialog about files was open then
     std::unique_ptr<AppDelegate> app_;
 };

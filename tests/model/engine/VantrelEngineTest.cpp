@@ -277,6 +277,7 @@ TEST_F(VantrelEngineTest, aCallbackMayAskTheEngineAgain) {
 TEST(VantrelEngineCapacity, theVolumesFreeAndTotalBytesOrNothing) {
     test::FakeFileManager files;
     EXPECT_EQ(VantrelEngine::getVolumeCapacity(files, "/x"), std::nullopt);
+    files.addFolder("/", "x");
     files.capacity = VolumeCapacity{.freeBytes = 10, .totalBytes = 100};
     EXPECT_EQ(VantrelEngine::getVolumeCapacity(files, "/x"), (VolumeCapacity{10, 100}));
 }
