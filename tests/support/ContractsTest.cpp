@@ -1,3 +1,8 @@
+#include <memory>
+
+#include "base/Paths.h"
+#include "support/FakeFileManager.h"
+#include "support/FileManagerContract.h"
 #include "support/MainQueueContract.h"
 #include "support/ManualMainQueue.h"
 #include "support/ManualTimers.h"
@@ -6,6 +11,45 @@
 #include "support/TimerContract.h"
 
 namespace vantrel::test {
+
+class FakeFilesSubject {
+public:
+    FakeFilesSubject() {
+        files_.addFolder("/", "work");
+        files_.capacity = VolumeCapacity{.freeBytes = 1, .totalBytes = 2};
+    }
+
+    FileManager& files() { return files_; }
+    std::string path(const std::string& name) const { return "/work/" + name; }
+    void makeFile(const std::string& name, const std::string& content) { files_.write(path(name), content); }
+    void makeFolder(const std::string& name) { files_.add(folderOf(name), folderEntry(lastOf(name))); }
+    void makeLink(const std::string& name, const std::string& target) {
+        DirectoryEntry link = fileEntry(lastOf(name), static_cast<std::int64_t>(target.size()));
+        link.target = files_.targetOf(paths::appending(folderOf(name), target));
+        link.attributes->link = LinkKind::symbolicLink;
+        files_.add(folderOf(name), link);
+    }
+
+    std::shared_ptr<void> failing(std::errc reason) {
+        files_.fault = [reason] { return std::make_error_code(reason); };
+        return atTheEnd([this] { files_.fault = nullptr; });
+    }
+    std::shared_ptr<void> refusingToRead(const std::string& name) {
+        files_.makeUnreadable(path(name));
+        FakeFileManager::Item& work = *FakeFileManager::childNamed(files_.root(), "work");
+        return atTheEnd([&work, name] { FakeFileManager::childNamed(work, name)->isReadable = true; });
+    }
+
+private:
+    static std::shared_ptr<void> atTheEnd(std::function<void()> action) {
+        return {nullptr, [action = std::move(action)](void*) { action(); }};
+    }
+    std::string folderOf(const std::string& name) const { return paths::deletingLastComponent(path(name)); }
+    static std::string lastOf(const std::string& name) { return paths::lastComponent(name); }
+
+    FakeFileManager files_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FileManagerContract, FakeFilesSubject);
 
 class ManualMainQueueSubject {
 public:
