@@ -164,7 +164,7 @@ std::pair<int, std::string> runAsOrdinaryUser(const std::string& filter) {
         ::dup2(ends[1], 2);
         const std::string argument = "--gtest_filter=" + filter;
         if (test::becomeOrdinaryUser() && ::chdir("/") == 0)
-            ::execl("/proc/self/exe", "core-tests", argument.c_str(), static_cast<char*>(nullptr));
+            ::execl("/proc/self/exe", "system-tests", argument.c_str(), static_cast<char*>(nullptr));
         ::_exit(126);
     }
     ::close(ends[1]);
