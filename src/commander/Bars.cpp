@@ -8,6 +8,7 @@ std::vector<FnButton> fnButtons() {
     static constexpr std::array labels{"Help",   "Bytes/HR", "View",   "Edit", "Copy",
                                        "RenMov", "Mkdir",    "Delete", "Sort", "Quit"};
     std::vector<FnButton> buttons;
+    buttons.reserve(labels.size());
     for (const char* const label : labels) buttons.push_back({std::to_string(buttons.size() + 1), label, {}});
     return buttons;
 }
