@@ -8,7 +8,7 @@ namespace vantrel {
 
 class AppDelegate;
 
-/// The program's menus. Their items call `delegate`, which must outlive them, on the main thread.
+/// The program's menus. Their items call `delegate`, which must outlive them. Main thread only.
 std::vector<Menu> makeMainMenu(AppDelegate& delegate);
 
 }  // namespace vantrel

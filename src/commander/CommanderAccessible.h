@@ -7,7 +7,7 @@ namespace vantrel {
 class OvCommanderView;
 
 /// What the commander paints around its panels: the prompt line and the cells of the function-key bar.
-/// Belongs to the commander.
+/// Owned by the commander. Main thread only.
 class CommanderAccessible final : public Accessible {
 public:
     explicit CommanderAccessible(OvCommanderView& commander) : commander_(commander) {}

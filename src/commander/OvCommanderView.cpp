@@ -246,6 +246,7 @@ void OvCommanderView::showQuickLook() {
     preview.makeKeyAndOrderFront();
 }
 
+// ".." counts as one, although there is nothing to show of it.
 int OvCommanderView::numberOfPreviewItems() const {
     return activePanel().selectedItem() ? 1 : 0;
 }

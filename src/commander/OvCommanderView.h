@@ -77,8 +77,8 @@ public:
     std::string promptLine() const;
     Rect promptBar() const;
 
-    /// The open dialog, null when there is none. A new one replaces it without a word to it. While one is
-    /// open there is no preview: it would stand over the dialog and have the keyboard.
+    /// The open dialog, null when there is none. A new one replaces it, and the old one hears nothing of
+    /// that. While one is open there is no preview: it would stand over the dialog and have the keyboard.
     const std::shared_ptr<OvDialogOverlayView>& dialogOverlay() const { return dialogOverlay_; }
     void presentDialog(DialogType type);
 

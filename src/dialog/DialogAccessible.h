@@ -6,8 +6,8 @@ namespace vantrel {
 
 class OvDialogOverlayView;
 
-/// A dialog's texts and buttons. Its input field is a native one and speaks for itself. Belongs to the
-/// dialog.
+/// A dialog's texts and buttons. Its input field is a native one and speaks for itself. Owned by the dialog.
+/// Main thread only.
 class DialogAccessible final : public Accessible {
 public:
     explicit DialogAccessible(OvDialogOverlayView& dialog) : dialog_(dialog) {}

@@ -24,7 +24,7 @@ inline constexpr double viewerEndMargins = 60;
 inline constexpr double smallestViewerWidth = 560;
 inline constexpr double smallestViewerHeight = 300;
 
-// What these two kinds report as `dialogHeight`. Their boxes go by the rules above all the same.
+// What these two kinds report as `dialogHeight`; their boxes go by the rules above and never by these.
 inline constexpr double reportedHelpHeight = 440;
 inline constexpr double reportedViewerMargins = 40;
 inline constexpr double largestReportedViewerHeight = 600;
@@ -47,8 +47,8 @@ inline constexpr double lineHeight = 24;
 inline constexpr double fieldTop = 105;
 inline constexpr double fieldHeight = 26;
 
-// The viewer. A line's area is one point higher than the way to the next line, which it overlaps: what a tall
-// character needs there is seldom needed by both.
+// The viewer. A line's area is a point higher than the pitch, so neighbours overlap by a point: sixteen
+// points keep descenders whole, fifteen show more lines.
 inline constexpr double viewerSideMargin = 15;
 inline constexpr double viewerTop = 30;
 inline constexpr double viewerHeightMargins = 85;
@@ -68,7 +68,8 @@ inline constexpr double helpKeyWidth = 120;
 inline constexpr double helpDescriptionX = 150;
 inline constexpr double helpDescriptionMargins = 170;
 
-// The sort orders, further in on the left (50) than on the right (30): a list under its digits.
+// The sort orders. They stand further in on the left (50) than on the right (30) on purpose: this is a list,
+// not a centred text.
 inline constexpr double sortX = 50;
 inline constexpr double sortMargins = 80;
 inline constexpr double sortTop = 50;

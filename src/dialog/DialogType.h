@@ -5,7 +5,7 @@
 
 namespace vantrel {
 
-/// What each kind of dialog is about. Names and paths are raw bytes.
+/// What each kind of dialog is about. Values, for any thread. Names and paths are raw bytes.
 namespace dialog {
 
 /// Copy the named item; `destPath` is the destination that is proposed.
