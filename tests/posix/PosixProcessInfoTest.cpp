@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "base/PathLocation.h"
+#include "support/ProcessInfoContract.h"
 #include "support/ScopedEnvironment.h"
 #include "support/SystemCallFaults.h"
 #include "support/TemporaryFolder.h"
@@ -196,6 +197,23 @@ TEST(PosixProcessInfo, resolvesParentStepsBehindALinkAsTheSystemDoes) {
 TEST(PosixProcessInfo, keepsParentStepsWhereNothingExists) {
     const TemporaryFolder folder;
     EXPECT_EQ(process.absolutePath(folder.path("missing/../b")), folder.path("missing/../b"));
+}
+
+class PosixProcessInfoSubject {
+public:
+    const ProcessInfo& process() const { return process_; }
+    std::string currentFolder() const { return realPath(folder_.path("current")); }
+    void removeCurrentFolder() const { EXPECT_EQ(::rmdir(folder_.path("current").c_str()), 0); }
+    static std::string knownUser() { return "root"; }
+
+private:
+    TemporaryFolder folder_;
+    ScopedCurrentFolder scope_{folder_.makeFolder("current")};
+    PosixProcessInfo process_;
+};
+
+namespace test {
+INSTANTIATE_TYPED_TEST_SUITE_P(Posix, ProcessInfoContract, PosixProcessInfoSubject);
 }
 
 }  // namespace vantrel

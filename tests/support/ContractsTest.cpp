@@ -1,12 +1,18 @@
 #include <memory>
 
 #include "base/Paths.h"
+#include "support/FakeDesktop.h"
 #include "support/FakeFileManager.h"
+#include "support/FakeFontCatalog.h"
 #include "support/FileManagerContract.h"
+#include "support/FontCatalogContract.h"
 #include "support/MainQueueContract.h"
 #include "support/ManualMainQueue.h"
 #include "support/ManualTimers.h"
+#include "support/PreviewPanelContract.h"
+#include "support/ProcessInfoContract.h"
 #include "support/RecordingCanvas.h"
+#include "support/TextFieldContract.h"
 #include "support/TextMeasureContract.h"
 #include "support/TimerContract.h"
 
@@ -80,5 +86,53 @@ private:
     RecordingCanvas canvas_;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Recording, TextMeasureContract, RecordingCanvasSubject);
+
+class FakeProcessInfoSubject {
+public:
+    FakeProcessInfoSubject() { process_.homes["bea"] = "/Users/bea"; }
+
+    const ProcessInfo& process() const { return process_; }
+    std::string currentFolder() const { return process_.currentDirectory; }
+    void removeCurrentFolder() { process_.isCurrentDirectoryGone = true; }
+    static std::string knownUser() { return "bea"; }
+
+private:
+    FakeProcessInfo process_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ProcessInfoContract, FakeProcessInfoSubject);
+
+class FakeFontCatalogSubject {
+public:
+    FakeFontCatalogSubject() { fonts_.withoutBoldFace = {withoutBold()}; }
+
+    const FontCatalog& fonts() const { return fonts_; }
+    static std::string installed() { return "Menlo"; }
+    static std::string withoutBold() { return "Thin"; }
+
+private:
+    FakeFontCatalog fonts_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FontCatalogContract, FakeFontCatalogSubject);
+
+class FakeTextFieldSubject {
+public:
+    std::unique_ptr<TextField> makeField() { return fields_.makeTextField({}); }
+    void type(const std::string& letters) { fields_.alive.back()->type(letters); }
+    void press(Key key) { fields_.alive.back()->press(key); }
+
+private:
+    FakeTextFields fields_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, TextFieldContract, FakeTextFieldSubject);
+
+class FakePreviewPanelSubject {
+public:
+    PreviewPanel& panel() { return panel_; }
+    void press(Key key) { panel_.press(key); }
+
+private:
+    FakePreviewPanel panel_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, PreviewPanelContract, FakePreviewPanelSubject);
 
 }  // namespace vantrel::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -53,8 +54,13 @@ public:
     }
     std::string userName() const override { return user; }
     std::string absolutePath(const std::string& path) const override {
-        if (path.empty() || path.starts_with('/')) return path;
-        return isCurrentDirectoryGone ? "" : currentDirectory + "/" + path;
+        const bool isRelative = !path.starts_with('/');
+        if (path.empty() || (isRelative && isCurrentDirectoryGone)) return "";
+        const std::filesystem::path absolute(isRelative ? currentDirectory + '/' + path : path);
+        // Without the slash that is left behind by a "." or ".." at the end.
+        std::string plain = absolute.lexically_normal();
+        if (plain.size() > 1 && plain.ends_with('/')) plain.pop_back();
+        return plain;
     }
 
     std::string currentDirectory = "/start";
@@ -105,6 +111,15 @@ public:
     void setDelegate(std::weak_ptr<PreviewPanelDelegate> owner) override { delegate = std::move(owner); }
     void makeKeyAndOrderFront() override { visible = true; }
 
+    /// What pressing a key does while it is open.
+    void press(Key key) {
+        if (key == Key::space || key == Key::escape) {
+            orderOut();
+        } else if (const auto owner = delegate.lock()) {
+            owner->previewPanelHandleKey({.key = key});
+        }
+    }
+
     bool visible = false;
     std::weak_ptr<PreviewPanelDataSource> dataSource;
     std::weak_ptr<PreviewPanelDelegate> delegate;
@@ -131,6 +146,11 @@ public:
     void type(const std::string& typed) {
         words = isAllSelected ? typed : words + typed;
         isAllSelected = false;
+    }
+
+    /// What pressing one of the owner's keys does. The field may be gone afterwards.
+    void press(Key key) const {
+        if (const KeyHandler called = handler) called({.key = key});
     }
 
     TextFieldStyle style;
