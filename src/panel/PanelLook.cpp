@@ -39,7 +39,7 @@ std::string titleText(const PanelState& state) {
 }
 
 std::string columnTitleText(const PanelState& state, std::size_t column) {
-    const std::string title = (column == nameColumn ? " " : "") + std::string(columnTitles[column].text);
+    std::string title = (column == nameColumn ? " " : "") + std::string(columnTitles[column].text);
     if (!isSortedBy(column, state.sortField)) return title;
     return title + (state.sortDirection == SortDirection::ascending ? " ▲" : " ▼");
 }
@@ -62,7 +62,7 @@ std::string statusText(const PanelState& state) {
 }
 
 std::string countText(const PanelState& state) {
-    const std::string count = std::to_string(state.items.size()) + " items";
+    std::string count = std::to_string(state.items.size()) + " items";
     if (!state.freeBytes) return count;
     return count + " | " + FileItem::formatBytes(*state.freeBytes, SizeDisplayMode::humanReadable) + " free";
 }
