@@ -27,8 +27,9 @@ void inBackground(Work work) {
 }
 
 void openWithXdgOpen(const std::string& path) {
+    // A failure stays silent, as the port says.
     if (const auto program = launching::programOnPath("xdg-open"))
-        launching::launch({*program, paths::fileUrl(path)}, "");
+        (void)launching::launch({*program, paths::fileUrl(path)}, "");
 }
 
 /// Whether a file manager has the folder now, or may still get to it.

@@ -313,6 +313,7 @@ TEST_F(TrashTest, trashesItemsBelowPathsLongerThanPathMax) {
 
 TEST_F(TrashTest, losesNothingWhicheverSystemCallFails) {
     for (test::FailingCall failing{.number = 0};; ++failing.number) {
+        std::filesystem::remove_all(home.path("share"));
         const std::string file = home.makeFile("file", "x");
         failing.made = 0;
         const std::error_code error = test::under(failing.plan(), [&] { return put(file); });
