@@ -7,7 +7,7 @@
 namespace vantrel {
 
 /// An open file of this process, closed exactly once. After close(2) its number is free whatever the answer
-/// was, so there is no second try and no error to report.
+/// was, so there is no second try and no error to report. One thread at a time.
 class FileDescriptor {
 public:
     FileDescriptor() = default;

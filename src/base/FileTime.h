@@ -8,7 +8,7 @@ namespace vantrel {
 __extension__ using Wide = __int128;
 
 /// A moment of the user's calendar, as file systems keep it: to the nanosecond, in seconds of 64 bits. In
-/// nanoseconds of 64 bits there would be no year after 2262.
+/// nanoseconds of 64 bits there would be no year after 2262. A plain value.
 using FileTime = std::chrono::sys_time<std::chrono::duration<Wide, std::nano>>;
 
 }  // namespace vantrel

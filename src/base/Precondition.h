@@ -5,7 +5,7 @@
 
 namespace vantrel {
 
-/// Stops the program on a programming error, in release builds too.
+/// Stops the program on a programming error, in release builds too. Any thread.
 [[noreturn]] inline void fatalError(const char* message) {
     std::fprintf(stderr, "vantrel: %s\n", message);
     std::abort();

@@ -6,8 +6,9 @@
 
 namespace vantrel {
 
-/// A value, or the reason why there is none. Reading the value of a failure stops the program
-/// (std::get without exceptions being expected is a programming error).
+/// A value, or the reason why there is none. Reading the value of a failure stops the program (std::get
+/// without exceptions being expected is a programming error). A plain value: it owns what it holds, and only
+/// one thread at a time may use it.
 template <class T>
 class [[nodiscard]] Result {
 public:

@@ -6,7 +6,7 @@
 
 namespace vantrel {
 
-/// What one of the system's clocks shows.
+/// What one of the system's clocks shows, in seconds. Any thread.
 inline Seconds readingOf(clockid_t clock) {
     std::timespec time{};
     ::clock_gettime(clock, &time);

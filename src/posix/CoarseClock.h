@@ -5,7 +5,7 @@
 namespace vantrel {
 
 /// For readings by the million, one after each entry of a walk: in steps of some milliseconds, at a fifth of
-/// the price where the system has such a clock. Stands still while the machine sleeps.
+/// the price where the system has such a clock. Stands still while the machine sleeps. Any thread.
 class CoarseClock final : public Clock {
 public:
     Seconds now() const override {

@@ -5,7 +5,8 @@
 namespace vantrel {
 
 /// This process and its user by the environment and the user database. Home and user are read when they are
-/// first asked for, and kept: every repaint wants them, and the database may be on another machine.
+/// first asked for, and kept: every repaint wants them, and the database may be on another machine. Main
+/// thread only.
 class PosixProcessInfo final : public ProcessInfo {
 public:
     /// What the user database says of somebody.

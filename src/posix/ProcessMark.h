@@ -6,15 +6,15 @@
 
 namespace vantrel {
 
-/// What has become of the process that made a mark. `unknown`: the mark is none, or comes from another
+/// What has become of the process that made a mark. `unknown`: it is no mark, or it comes from another
 /// container, whose processes cannot be seen from here.
 enum class MarkedProcess : std::uint8_t { thisOne, running, ended, unknown };
 
 /// A text for the name of something that belongs to this process for a while: which start of the system,
-/// which process, and something random, so that no two are alike. Letters, digits, dots.
+/// which process, and something random, so that no two are alike. Letters, digits, dots. Any thread.
 std::string processMark();
 
-/// Asks the system about the process that made the mark.
+/// Asks the system about the process that made the mark. Any thread.
 MarkedProcess processOf(std::string_view mark);
 
 }  // namespace vantrel

@@ -7,7 +7,8 @@
 
 #include "platform/DirectoryReader.h"
 
-/// What both directory readers share: POSIX.1-2017 system calls, wrapped once.
+/// What both directory readers share: POSIX.1-2017 system calls, wrapped once. Any thread; folders are
+/// borrowed, and failures are those of the calls.
 namespace vantrel::walking {
 
 /// The folder `name` in `parent`, opened with `flags` but through no link; EXDEV if something is mounted

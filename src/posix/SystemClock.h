@@ -5,7 +5,7 @@
 namespace vantrel {
 
 /// Seconds since the machine started, the time that it slept included, so that what was remembered before a
-/// night is old in the morning.
+/// night is old in the morning. Any thread.
 class SystemClock final : public Clock {
 public:
     Seconds now() const override {

@@ -8,7 +8,7 @@ namespace vantrel {
 
 /// Gives an item another name, perhaps in another folder of the same file system, and never replaces
 /// anything: file_exists when the new name is taken, also when it was taken a moment ago. A file system that
-/// can neither rename without replacing nor make hard links refuses.
+/// can neither rename without replacing nor make hard links refuses. Any thread, as for the two below.
 [[nodiscard]] std::error_code renameExclusively(const ItemReference& from, const ItemReference& to);
 
 /// The same between two folders, for a folder too that its owner may not write to: giving it another place

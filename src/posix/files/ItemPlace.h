@@ -13,7 +13,8 @@
 namespace vantrel {
 
 /// An item, there or not, as an open folder, which is borrowed, and the item's name in it. What is done to
-/// the pair stays in that folder, whatever happens to the folder's path meanwhile.
+/// the pair stays in that folder, whatever happens to the folder's path meanwhile. Any thread may call the
+/// functions below; they fail as the system calls do that they make.
 struct ItemReference {
     int folder = -1;
     std::string name;

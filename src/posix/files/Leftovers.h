@@ -5,10 +5,10 @@
 namespace vantrel {
 
 /// Looks through an open folder for what operations of a process that has ended left there: copies that were
-/// never finished are removed, originals that were set aside get their names back. Whose something is says
-/// its name, its owner and, above all, that nobody holds the lock on it. What may be in use by another
-/// machine, by another user or by anybody alive stays. Failures are nobody's business: the next one will try
-/// again.
+/// never finished are removed, originals that were set aside get their names back. The name of such a thing,
+/// its owner and, above all, the lock on it tell whose it is. What another machine, another user or any live
+/// process may be using stays. Blocks; any thread. The folder is borrowed. Failures are not reported: the
+/// next operation tries again.
 void clearLeftovers(int folder);
 
 /// A hidden name for an original that is set aside in its own folder because a workplace cannot be made

@@ -15,10 +15,12 @@ struct Mount {
     bool keepsTrash = false;
 };
 
-/// The mount of an open folder whose absolute path, without links, is `path`.
+/// The mount of an open folder, which is borrowed; its absolute path, without links, is `path`. Any thread.
+/// Fails as open(2) does on the way up.
 Result<Mount> findMount(int folder, const std::string& path);
 
-/// A number for the mount of an open folder; a bind mount of the same file system has another.
+/// A number for the mount of an open folder; a bind mount of the same file system has another. Any thread; 0
+/// where it cannot be told.
 std::uint64_t mountOf(int folder);
 
 }  // namespace vantrel

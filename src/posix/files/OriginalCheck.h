@@ -8,7 +8,8 @@
 
 namespace vantrel {
 
-/// Goes through an original and its copy side by side, as the record says. Base of those who look at both.
+/// Goes through an original and its copy side by side, as the record says: the base of what looks at both.
+/// One thread at a time. Record and folders are borrowed.
 class SideBySide {
 protected:
     SideBySide(const TreeRecord& record, const ItemReference& original, const ItemReference& copy)
@@ -41,11 +42,12 @@ protected:
     FolderStack copy_;
 };
 
-/// Somebody else works on it.
+/// The failure that means: somebody else is working on it.
 [[nodiscard]] std::error_code busy();
 
 /// Whether an original stands in its place as it was copied: nothing came, went or was changed in any way. An
-/// item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted.
+/// item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted. Blocks; any
+/// thread, as for the two below.
 [[nodiscard]] std::error_code checkInPlace(const TreeRecord& record, const ItemReference& original);
 
 /// The same for a folder that was given another name meanwhile, where nobody finds it any more: nobody has a

@@ -11,7 +11,8 @@ namespace vantrel {
 
 /// The end of a move that had to copy: takes the original away once its copy is on the disk under its final
 /// name. Nothing is removed but what the record has, each item only after it was taken out of everybody's
-/// reach and looked at there, so that whatever somebody does to the original at any moment stays.
+/// reach and looked at there, so that whatever somebody does to the original at any moment stays. Blocks; one
+/// thread at a time.
 class OriginalRemoval {
 public:
     /// All borrowed. `copy` is the finished copy in its place.

@@ -12,7 +12,8 @@
 
 namespace vantrel {
 
-/// A copy in the making, out of sight beside its target. What is not put in place is removed.
+/// A copy in the making, out of sight beside its target. What is not put in place is removed. One thread at a
+/// time; its functions block.
 class PendingCopy {
 public:
     /// All borrowed.

@@ -5,7 +5,8 @@
 namespace vantrel {
 
 /// The file system by POSIX system calls. Paths may be longer than PATH_MAX; nothing blocks on a FIFO or a
-/// device; an entry that vanishes while its folder is listed counts as missing.
+/// device; an entry that vanishes while its folder is listed counts as missing. Main thread only: an
+/// operation holds back the signals that would end the program.
 class PosixFileManager final : public FileManager {
 public:
     /// Fails as open(2) and readdir(3) do. What cannot be looked at, a dangling or looping link among it, is

@@ -8,7 +8,8 @@ namespace vantrel {
 
 /// Removes the items of a record one by one. Each is first taken into a folder where nobody else reaches it
 /// and looked at there; one that is not as it was recorded gets its place back and ends the removal
-/// (device_or_resource_busy), as does a folder that holds anything else (directory_not_empty).
+/// (device_or_resource_busy), as does a folder that holds anything else (directory_not_empty). Blocks; one
+/// thread at a time.
 class RecordedRemoval : SideBySide {
 public:
     /// `outOfReach` is that folder, and the name that the top item gets there if it is no folder; a folder of

@@ -12,7 +12,7 @@ namespace vantrel {
 
 /// Puts items into the user's trash after the freedesktop.org Trash specification 1.0: the home trash for
 /// what lies on its file system, else a trash at the top of the item's own. Items are only ever renamed; what
-/// cannot be trashed stays where it is.
+/// cannot be trashed stays where it is. Blocks; one thread at a time.
 class Trash {
 public:
     /// Tells the mount of an open folder whose absolute path, without links, is given.
@@ -23,7 +23,8 @@ public:
         MountFinder findMount = vantrel::findMount;
     };
 
-    /// $XDG_DATA_HOME where it is absolute, else .local/share in the user's home folder.
+    /// $XDG_DATA_HOME where it is absolute, else .local/share in the user's home folder. Must not run while
+    /// another thread changes the environment.
     static Settings userSettings();
 
     explicit Trash(Settings settings) : settings_(std::move(settings)) {}

@@ -8,7 +8,7 @@
 
 namespace vantrel {
 
-/// One trash folder with its "files" and "info".
+/// One trash folder with its "files" and "info". One thread at a time; both functions block.
 class TrashCan {
 public:
     /// Opens the can in a folder that is there, and makes what is missing in it. Refuses what belongs to
@@ -36,7 +36,7 @@ private:
 };
 
 /// Opens a folder of this user's own, which is made when it is missing. permission_denied when it is somebody
-/// else's; a link in its place is refused.
+/// else's; a link in its place is refused. Any thread.
 Result<FileDescriptor> openOwnFolder(const ItemReference& place, int flags);
 
 /// The name that an item gets in a trash at the n-th try: its own first, then with a number before its

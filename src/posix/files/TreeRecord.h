@@ -51,7 +51,8 @@ struct ItemState {
 /// Whether the item was changed so short a time ago that one more change might show the same date.
 bool isFresh(const struct stat& status, VolumeKind kind);
 
-/// Every item of a tree as it stood when it was copied, from the top down, a folder before what it holds.
+/// Every item of a tree as it stood when it was copied, from the top down, a folder before what it holds. A
+/// plain value.
 class TreeRecord {
 public:
     struct Entry {

@@ -11,7 +11,7 @@
 
 namespace vantrel {
 
-/// What the making of a copy needs to know all the way down.
+/// What copying a tree needs at every level. All borrowed; one thread at a time.
 struct CopyTask {
     WrittenFiles& written;         ///< gets everything that is made
     const StopRequested& stop;     ///< operation_canceled when it asks for the end
@@ -28,7 +28,7 @@ struct CopyTask {
 
 /// Copies an item with everything below it, of any depth. `copy` must not exist. A copied folder gets its
 /// attributes (see FileCopy.h) once it is filled. Entries that vanish meanwhile are left out. On failure
-/// there is a part of the copy, for the caller to remove.
+/// there is a part of the copy, for the caller to remove. Blocks; any thread, as for the two below.
 [[nodiscard]] std::error_code copyTree(const CopyTask& task, const ItemReference& original,
                                        const struct stat& status, const ItemReference& copy);
 

@@ -11,6 +11,7 @@ namespace vantrel {
 enum class VolumeKind : std::uint8_t { native, foreign, unknown };
 
 /// The kind of the file system that an open file or folder lies on; `unknown` also where it cannot be told.
+/// Any thread.
 VolumeKind volumeKindOf(int descriptor);
 
 }  // namespace vantrel

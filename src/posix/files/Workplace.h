@@ -12,7 +12,8 @@ namespace vantrel {
 
 /// A hidden folder of this process's own in a folder that it works in: nobody else may enter it, so names in
 /// it mean what this process made them mean. It is locked while it is in use, and its name says whose it is;
-/// what a process that ended on the way has left is found by that (see `clearLeftovers`).
+/// what a process that ended on the way has left is found by that (see `clearLeftovers`). One thread at a
+/// time.
 class Workplace {
 public:
     /// `copy`: for what is being made and goes when it is not finished. `original`: for somebody's data, set

@@ -11,7 +11,8 @@ namespace vantrel {
 
 /// What an operation has written to one file system and what has to reach the disk before it counts. Few
 /// files are flushed one by one when all are written, many by one syncfs(2), which costs less but pays for
-/// what others have written too; where syncfs(2) does not reach, each file is flushed as it is finished.
+/// what others have written too; where syncfs(2) does not reach, each file is flushed as it is finished. One
+/// thread at a time; flushing blocks. Failures are those of fsync(2), syncfs(2) and close(2).
 class WrittenFiles {
 public:
     /// `folder` lies on the file system in question and was opened before the first write to it, so that
