@@ -29,9 +29,13 @@ fuzz() {
         xargs -P "$(nproc)" -I{} sh -c "$fuzz_one_target" sh {} "$seconds")
 }
 
-# soak MINUTES: random work in the real window, with the program that build_suites made for asan.
+# soak MINUTES: random work in the real window under the address sanitizer.
 soak() {
     local minutes=$1 status=0
+    if ! build asan vantrel; then
+        count_broken "asan build"
+        return
+    fi
     say "Working in the window at random for $minutes minutes"
     python3 -B "$root/tests/e2e/soak.py" --programs "$root/build/asan/bin" --minutes "$minutes" >&2 || status=$?
     case $status in
@@ -41,8 +45,8 @@ soak() {
     esac
 }
 
-# cut_power ROUNDS: operations on real file systems whose power fails, with the program that build_suites made for
-# release. Only root may.
+# cut_power ROUNDS: operations on real file systems whose power fails, with a program of the release
+# build. Only root may.
 cut_power() {
     run_counted "power cuts" python3 -B "$root/tests/crash/run.py" --programs "$root/build/release/bin" --rounds "$1"
 }
