@@ -42,9 +42,8 @@ Result<PathLocation> PathLocation::of(const std::string& path) {
 Result<FileDescriptor> openPath(const std::string& path, int flags, mode_t mode) {
     const Result<PathLocation> location = PathLocation::of(path);
     if (!location) return location.error();
-    FileDescriptor opened(uninterrupted([&] {
-        return ::openat(location->folder(), location->path(), flags | O_CLOEXEC, mode);
-    }));
+    FileDescriptor opened(uninterrupted(
+        [&] { return ::openat(location->folder(), location->path(), flags | O_CLOEXEC, mode); }));
     if (!opened) return lastError();
     return opened;
 }

@@ -92,9 +92,8 @@ bool namesTheSame(const std::string& path, const std::string& other) {
     }, otherStatus{};
     const auto read = [](const std::string& place, struct stat& into) {
         const Result<PathLocation> location = PathLocation::of(place);
-        return location && uninterrupted([&] {
-                               return ::fstatat(location->folder(), location->path(), &into, 0);
-                           }) == 0;
+        return location &&
+               uninterrupted([&] { return ::fstatat(location->folder(), location->path(), &into, 0); }) == 0;
     };
     return read(path, status) && read(other, otherStatus) && status.st_dev == otherStatus.st_dev &&
            status.st_ino == otherStatus.st_ino;

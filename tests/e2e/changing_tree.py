@@ -59,7 +59,8 @@ class ChangingTree(threading.Thread):
         folders, files = [self.root], []
         os.makedirs(self.root, exist_ok=True)
         for folder, names, others in os.walk(self.root):
-            folders += [os.path.join(folder, name) for name in names]
+            # A link leads elsewhere, perhaps out of the tree: nothing is ever made through one.
+            folders += [path for path in (os.path.join(folder, name) for name in names) if not os.path.islink(path)]
             files += [os.path.join(folder, name) for name in others]
         return folders, files
 
@@ -90,7 +91,7 @@ class ChangingTree(threading.Thread):
             place = os.path.join(place, self._some_name())
 
     def _make_link(self, place, file):
-        os.symlink(self.random.choice([b".", b"..", b"nowhere", self.root, file or b"x", b"/usr/share"]), place)
+        os.symlink(self.random.choice([b".", b"..", b"nowhere", self.root, file or b"x", b"/programs"]), place)
 
     def _make_fifo(self, place, _):
         os.mkfifo(place)
