@@ -1,5 +1,7 @@
 #include "base/Paths.h"
 
+#include <algorithm>
+
 namespace vantrel::paths {
 
 namespace {
@@ -37,6 +39,22 @@ std::string appending(std::string_view path, std::string_view component) {
     if (!joined.empty() && joined.back() != '/') joined += '/';
     joined += component;
     return joined;
+}
+
+std::string normalized(std::string_view path) {
+    std::string normal = path.starts_with('/') ? "/" : "";
+    while (!path.empty()) {
+        const std::string_view component = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(path.size(), component.size() + 1));
+        if (component.empty() || component == ".") continue;
+        normal = component == ".." ? deletingLastComponent(normal) : appending(normal, component);
+    }
+    return normal;
+}
+
+bool isBelow(std::string_view path, std::string_view folder) {
+    if (folder == "/") return path.size() > 1 && path.front() == '/';
+    return path.size() > folder.size() && path[folder.size()] == '/' && path.starts_with(folder);
 }
 
 std::string extension(std::string_view name) {

@@ -17,6 +17,13 @@ std::string deletingLastComponent(std::string_view path);
 /// Slashes in front of the component do not make it absolute: "/a" and "/b" give "/a/b".
 std::string appending(std::string_view path, std::string_view component);
 
+/// The path without ".", ".." and doubled slashes, by its text alone: "/a/c" of "/a/b/.././/c/". Where a link
+/// stands before a "..", the system may mean another place.
+std::string normalized(std::string_view path);
+
+/// Whether `path` names something below `folder`, at any depth; both in normal form.
+bool isBelow(std::string_view path, std::string_view folder);
+
 /// The text after the last "." of a name, "" when there is none. A leading dot belongs to the base name, and
 /// so does one with nothing behind it.
 std::string extension(std::string_view name);

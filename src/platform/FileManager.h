@@ -9,6 +9,7 @@
 #include <system_error>
 #include <vector>
 
+#include "base/FileIdentity.h"
 #include "base/FileTime.h"
 #include "base/Result.h"
 
@@ -32,6 +33,7 @@ struct DirectoryEntry {
     std::string name;  ///< bytes as the file system gave them
     PathTarget target = PathTarget::missing;
     std::optional<FileAttributes> attributes;
+    std::optional<FileIdentity> identity = {};  ///< of the target, once links have been followed
 };
 
 /// Free and total bytes of a volume.
@@ -59,6 +61,17 @@ public:
 
     /// Whether this user may read what stands at `path`.
     virtual bool isReadable(const std::string& path) = 0;
+
+    /// What stands at `path`, a link itself rather than its target; nothing where it cannot be told.
+    virtual std::optional<FileIdentity> identityOf(const std::string& path) = 0;
+
+    /// The folder at `path`, through links, and every folder above it, nearest first, as far as the system
+    /// tells: empty where it is none or cannot be opened. These are the folders that hold it, whatever names
+    /// and links `path` goes through.
+    virtual std::vector<FileIdentity> ancestryOf(const std::string& path) = 0;
+
+    /// The folders to which `trashItem` adds something when it gets that item, each an absolute path.
+    virtual std::vector<std::string> trashFoldersFor(const std::string& path) = 0;
 
     /// Capacity of the volume that holds `path`; nothing where it cannot be told.
     virtual std::optional<VolumeCapacity> volumeCapacity(const std::string& path) = 0;

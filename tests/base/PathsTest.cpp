@@ -32,6 +32,28 @@ TEST(Paths, appendingPutsExactlyOneSlashBetween) {
     EXPECT_EQ(appending("/a", "b/c"), "/a/b/c");
 }
 
+TEST(Paths, theNormalFormHasNeitherDotsNorDoubledSlashes) {
+    EXPECT_EQ(normalized("/a/b/.././/c/"), "/a/c");
+    EXPECT_EQ(normalized("/a/.."), "/");
+    EXPECT_EQ(normalized("/../../a"), "/a");
+    EXPECT_EQ(normalized("/a/..b/.c"), "/a/..b/.c");
+    EXPECT_EQ(normalized("/"), "/");
+    EXPECT_EQ(normalized("//"), "/");
+    EXPECT_EQ(normalized("a/./b/../c"), "a/c");
+    EXPECT_EQ(normalized(""), "");
+}
+
+TEST(Paths, belowAFolderIsWhatBeginsWithItAndASlash) {
+    EXPECT_TRUE(isBelow("/a/b", "/a"));
+    EXPECT_TRUE(isBelow("/a/b/c", "/a"));
+    EXPECT_TRUE(isBelow("/a", "/"));
+    EXPECT_FALSE(isBelow("/", "/"));
+    EXPECT_FALSE(isBelow("/a", "/a"));
+    EXPECT_FALSE(isBelow("/ab", "/a"));
+    EXPECT_FALSE(isBelow("/a", "/a/b"));
+    EXPECT_FALSE(isBelow("a", "/"));
+}
+
 TEST(Paths, theExtensionIsWhatFollowsTheLastDotAndALeadingDotIsPartOfTheBaseName) {
     EXPECT_EQ(extension("README.TXT"), "TXT");
     EXPECT_EQ(extension("archive.tar.gz"), "gz");

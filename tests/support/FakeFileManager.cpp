@@ -37,6 +37,7 @@ std::unique_ptr<Item> itemFrom(DirectoryEntry entry) {
 std::unique_ptr<Item> copyOf(const Item& item) {
     auto copy = itemFrom(item.entry);
     copy->content = item.content;
+    copy->entry.identity.reset();
     for (const auto& child : item.children) copy->children.push_back(copyOf(*child));
     return copy;
 }
@@ -178,6 +179,7 @@ Result<std::vector<DirectoryEntry>> FakeFileManager::contentsOfDirectory(const s
     for (const auto& child : folder.value()->children) {
         if (!wanted(child->entry.name)) continue;
         inspectedNames.push_back(child->entry.name);
+        (void)identityOf(*child);
         entries.push_back(child->entry);
     }
     return entries;
@@ -195,6 +197,28 @@ bool FakeFileManager::isReadable(const std::string& path) {
     return item && item.value()->isReadable && item.value()->entry.target != PathTarget::missing;
 }
 
+std::optional<FileIdentity> FakeFileManager::identityOf(Item& item) {
+    std::optional<FileIdentity>& identity = item.entry.identity;
+    if (!identity && tellsIdentities) identity = FileIdentity{.device = 1, .inode = ++identities_};
+    return identity;
+}
+
+std::optional<FileIdentity> FakeFileManager::identityOf(const std::string& path) {
+    const Result<Item*> item = find(path);
+    return item ? identityOf(*item.value()) : std::nullopt;
+}
+
+std::vector<FileIdentity> FakeFileManager::ancestryOf(const std::string& path) {
+    std::vector<FileIdentity> ancestry;
+    std::string folder = paths::normalized(path);
+    while (find(folder)) {
+        if (const auto identity = identityOf(folder)) ancestry.push_back(*identity);
+        if (folder == "/") break;
+        folder = paths::deletingLastComponent(folder);
+    }
+    return ancestry;
+}
+
 std::optional<VolumeCapacity> FakeFileManager::volumeCapacity(const std::string& path) {
     if (nextFault() || !find(path)) return std::nullopt;
     return capacity;
@@ -204,6 +228,11 @@ std::error_code FakeFileManager::begin(const std::string& operation) {
     operations.push_back(operation);
     if (onOperation) onOperation();
     return operationError ? operationError : nextFault();
+}
+
+std::error_code FakeFileManager::end(const std::string& from, const std::string& to) const {
+    if (onChange) onChange(from, to);
+    return {};
 }
 
 std::error_code FakeFileManager::copyItem(const std::string& from, const std::string& to) {
@@ -217,7 +246,7 @@ std::error_code FakeFileManager::copyItem(const std::string& from, const std::st
     if (countOf(root_) + countOf(*source.value()) > mostItems) return errorOf(std::errc::no_space_on_device);
     target.value().folder->children.push_back(copyOf(*source.value()));
     target.value().folder->children.back()->entry.name = target.value().name;
-    return {};
+    return end("", to);
 }
 
 std::error_code FakeFileManager::moveItem(const std::string& from, const std::string& to) {
@@ -231,7 +260,7 @@ std::error_code FakeFileManager::moveItem(const std::string& from, const std::st
     std::unique_ptr<Item> moved = takeOut(root_, *item.value());
     moved->entry.name = target.value().name;
     target.value().folder->children.push_back(std::move(moved));
-    return {};
+    return end(from, to);
 }
 
 std::error_code FakeFileManager::createDirectory(const std::string& path) {
@@ -244,7 +273,7 @@ std::error_code FakeFileManager::createDirectory(const std::string& path) {
     }
     if (countOf(root_) >= mostItems) return errorOf(std::errc::no_space_on_device);
     folderAt(path);
-    return {};
+    return end("", path);
 }
 
 std::error_code FakeFileManager::trashItem(const std::string& path) {
@@ -252,7 +281,8 @@ std::error_code FakeFileManager::trashItem(const std::string& path) {
     if (!path.starts_with('/')) return errorOf(std::errc::invalid_argument);
     const Result<Item*> item = find(path);
     if (!item) return item.error();
-    return takeOut(root_, *item.value()) ? std::error_code() : errorOf(std::errc::invalid_argument);
+    if (!takeOut(root_, *item.value())) return errorOf(std::errc::invalid_argument);
+    return end(path, "");
 }
 
 Result<std::string> FakeFileManager::readPrefix(const std::string& path, std::size_t limit) {

@@ -51,6 +51,9 @@ public:
                                                             const NameFilter& wanted) override;
     PathTarget targetOf(const std::string& path) override;
     bool isReadable(const std::string& path) override;
+    std::optional<FileIdentity> identityOf(const std::string& path) override;
+    std::vector<FileIdentity> ancestryOf(const std::string& path) override;
+    std::vector<std::string> trashFoldersFor(const std::string&) override { return trashFolders; }
     std::optional<VolumeCapacity> volumeCapacity(const std::string& path) override;
     std::error_code copyItem(const std::string& from, const std::string& to) override;
     std::error_code moveItem(const std::string& from, const std::string& to) override;
@@ -65,9 +68,15 @@ public:
     std::optional<VolumeCapacity> capacity;
     std::size_t mostItems = SIZE_MAX;  ///< more do not fit
 
+    bool tellsIdentities = false;           ///< of items whose entry has none
+    std::vector<std::string> trashFolders;  ///< what is told of them; items do not come there
+
     std::function<std::error_code()> fault;  ///< asked before every call, which fails with what it answers
     std::error_code operationError;          ///< what every operation fails with
     std::function<void()> onOperation;       ///< called before each of them
+
+    /// Called after each that succeeded, with what went and what came, or is there ("" for nothing).
+    std::function<void(const std::string& from, const std::string& to)> onChange;
 
 private:
     /// A name in a folder, whether something stands under it or not.
@@ -77,6 +86,8 @@ private:
     };
 
     std::error_code nextFault() const { return fault ? fault() : std::error_code(); }
+    std::optional<FileIdentity> identityOf(Item& item);
+    std::error_code end(const std::string& from, const std::string& to) const;
     std::error_code begin(const std::string& operation);
     Result<Item*> find(const std::string& path);
     Result<Place> placeOf(const std::string& path);
@@ -84,6 +95,7 @@ private:
     std::error_code requireFree(const Place& place);
 
     Item root_;
+    std::uint64_t identities_ = 0;
 };
 
 /// An entry with attributes, to be changed where a test cares.

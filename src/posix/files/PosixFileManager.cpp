@@ -19,6 +19,12 @@ namespace vantrel {
 
 namespace {
 
+#ifdef O_PATH
+constexpr int withoutReading = O_PATH;
+#else
+constexpr int withoutReading = O_RDONLY | O_NONBLOCK;
+#endif
+
 #ifdef AT_NO_AUTOMOUNT
 constexpr int withoutMounting = AT_NO_AUTOMOUNT;
 #else
@@ -53,6 +59,11 @@ PathTarget targetOf(const std::optional<struct stat>& status) {
     return S_ISDIR(status->st_mode) ? PathTarget::directory : PathTarget::file;
 }
 
+std::optional<FileIdentity> identityOf(const std::optional<struct stat>& status) {
+    if (!status) return std::nullopt;
+    return FileIdentity{status->st_dev, status->st_ino};
+}
+
 FileTime modificationDateOf(const struct stat& status) {
     const FileTime second{FileTime::duration(std::chrono::seconds(status.st_mtim.tv_sec))};
     return second + std::chrono::nanoseconds(status.st_mtim.tv_nsec);
@@ -62,12 +73,14 @@ DirectoryEntry entryNamed(const char* name, int folder) {
     const std::optional<struct stat> own = statusOf(folder, name, AT_SYMLINK_NOFOLLOW);
     if (!own) return {.name = name, .target = PathTarget::missing, .attributes = std::nullopt};
     const bool isLink = S_ISLNK(own->st_mode);
+    const std::optional<struct stat> target = isLink ? statusOf(folder, name, 0) : own;
     return {.name = name,
-            .target = isLink ? targetOf(statusOf(folder, name, 0)) : targetOf(own),
+            .target = targetOf(target),
             .attributes = FileAttributes{.size = own->st_size,
                                          .modificationDate = modificationDateOf(*own),
                                          .link = isLink ? LinkKind::symbolicLink : LinkKind::notALink,
-                                         .posixPermissions = own->st_mode & 07777u}};
+                                         .posixPermissions = own->st_mode & 07777u},
+            .identity = identityOf(target)};
 }
 
 bool isSelfOrParent(std::string_view name) {
@@ -109,12 +122,35 @@ bool PosixFileManager::isReadable(const std::string& path) {
                        }) == 0;
 }
 
+std::optional<FileIdentity> PosixFileManager::identityOf(const std::string& path) {
+    const Result<PathLocation> location = PathLocation::of(path);
+    if (!location) return std::nullopt;
+    return vantrel::identityOf(
+        statusOf(location.value().folder(), location.value().path(), AT_SYMLINK_NOFOLLOW));
+}
+
+std::vector<FileIdentity> PosixFileManager::ancestryOf(const std::string& path) {
+    std::vector<FileIdentity> ancestry;
+    Result<FileDescriptor> opened = openPath(path, withoutReading | O_DIRECTORY);
+    if (!opened) return ancestry;
+    FileDescriptor folder = std::move(opened.value());
+    for (;;) {
+        const std::optional<FileIdentity> identity = identify(folder.number());
+        // The top folder is its own parent.
+        if (!identity || (!ancestry.empty() && *identity == ancestry.back())) return ancestry;
+        ancestry.push_back(*identity);
+        FileDescriptor above(uninterrupted(
+            [&] { return ::openat(folder.number(), "..", withoutReading | O_DIRECTORY | O_CLOEXEC); }));
+        if (!above) return ancestry;
+        folder = std::move(above);
+    }
+}
+
+std::vector<std::string> PosixFileManager::trashFoldersFor(const std::string& path) {
+    return Trash(Trash::userSettings()).foldersFor(path);
+}
+
 std::optional<VolumeCapacity> PosixFileManager::volumeCapacity(const std::string& path) {
-#ifdef O_PATH
-    constexpr int withoutReading = O_PATH;
-#else
-    constexpr int withoutReading = O_RDONLY | O_NONBLOCK;
-#endif
     const Result<FileDescriptor> place = openPath(path, withoutReading);
     struct statvfs volume {};
     if (!place || uninterrupted([&] { return ::fstatvfs(place->number(), &volume); }) != 0) {

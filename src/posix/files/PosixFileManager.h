@@ -15,6 +15,9 @@ public:
                                                             const NameFilter& wanted) override;
     PathTarget targetOf(const std::string& path) override;
     bool isReadable(const std::string& path) override;
+    std::optional<FileIdentity> identityOf(const std::string& path) override;
+    std::vector<FileIdentity> ancestryOf(const std::string& path) override;
+    std::vector<std::string> trashFoldersFor(const std::string& path) override;
     /// What this user may still fill (f_bavail), which is less than what is free where some is reserved.
     std::optional<VolumeCapacity> volumeCapacity(const std::string& path) override;
 

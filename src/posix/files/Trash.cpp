@@ -56,6 +56,24 @@ std::error_code Trash::put(const std::string& path) const {
     return can->put(*item, paths::appending(folderPath, item->name));
 }
 
+std::vector<std::string> Trash::foldersFor(const std::string& path) const {
+    const Result<ItemPlace> item = placeOf(path);
+    if (!item) return {};
+    const Result<Mount> mount =
+        settings_.findMount(item->folder, withoutLinks(paths::deletingLastComponent(path)));
+    if (!mount) return {};
+    const std::string user = std::to_string(::geteuid());
+    const std::vector<std::string> cans =
+        isHomeMount(*mount) ? std::vector{paths::appending(settings_.dataHome, "Trash")}
+                            : std::vector{paths::appending(mount->topFolder, ".Trash/" + user),
+                                          paths::appending(mount->topFolder, ".Trash-" + user)};
+    std::vector<std::string> folders;
+    for (const std::string& can : cans) {
+        for (const char* part : {"files", "info"}) folders.push_back(paths::appending(can, part));
+    }
+    return folders;
+}
+
 /// Whether the home trash lies, or would be made, on that mount.
 bool Trash::isHomeMount(const Mount& mount) const {
     std::string place = paths::appending(settings_.dataHome, "Trash");

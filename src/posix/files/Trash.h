@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "base/Result.h"
 #include "posix/files/Mounts.h"
@@ -33,6 +34,10 @@ public:
     /// for what lies directly in it and for the folders around it, operation_not_supported where no trash is
     /// kept.
     [[nodiscard]] std::error_code put(const std::string& path) const;
+
+    /// The folders to which `put` adds something when it gets that item: those of the home trash, or those of
+    /// both trashes that the item's own file system may have. Empty where the item has none.
+    std::vector<std::string> foldersFor(const std::string& path) const;
 
 private:
     bool isHomeMount(const Mount& mount) const;

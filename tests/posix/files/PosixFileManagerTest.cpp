@@ -287,4 +287,52 @@ TEST_F(PosixFileManagerTest, leavesNoDescriptorBehind) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
+TEST_F(PosixFileManagerTest, anEntryHasTheIdentityOfItsFolderAlsoThroughALink) {
+    folder.makeFolder("shown");
+    const std::string target = folder.makeFolder("target");
+    folder.makeLink("shown/link", target);
+    const DirectoryEntry entry = only(folder.path("shown"));
+    ASSERT_TRUE(entry.identity);
+    EXPECT_EQ(entry.identity, files.identityOf(target));
+    EXPECT_NE(entry.identity, files.identityOf(folder.path("shown/link")));
+}
+
+TEST_F(PosixFileManagerTest, anIdentityStaysWithAnItemThatIsRenamed) {
+    const std::string file = folder.makeFile("a");
+    const auto before = files.identityOf(file);
+    ASSERT_TRUE(before);
+    ASSERT_EQ(files.moveItem(file, folder.path("b")), std::error_code());
+    EXPECT_EQ(files.identityOf(folder.path("b")), before);
+    EXPECT_EQ(files.identityOf(file), std::nullopt);
+}
+
+TEST_F(PosixFileManagerTest, anAncestryIsOfTheFoldersThatHoldAFolderNotOfTheLinksOnTheWay) {
+    folder.makeFolder("x");
+    const std::string inner = folder.makeFolder("x/inner");
+    folder.makeFolder("y");
+    const std::string link = folder.makeLink("y/link", inner);
+    const std::vector<FileIdentity> ancestry = files.ancestryOf(inner);
+    ASSERT_GE(ancestry.size(), 3U);
+    EXPECT_EQ(ancestry[0], files.identityOf(inner));
+    EXPECT_EQ(ancestry[1], files.identityOf(folder.path("x")));
+    EXPECT_EQ(ancestry[2], files.identityOf(folder.path()));
+    EXPECT_EQ(ancestry.back(), files.identityOf("/"));
+    EXPECT_EQ(files.ancestryOf(link), ancestry);
+    EXPECT_EQ(files.ancestryOf(folder.path("y/../x/./inner")), ancestry);
+    EXPECT_EQ(files.ancestryOf("/").size(), 1U);
+}
+
+TEST_F(PosixFileManagerTest, anAncestryReachesUpFromAnyDepthAndLeavesNothingOpen) {
+    const std::string innermost = folder.makeDeepFolder(3'000, "deeper");
+    const std::size_t open = openDescriptors();
+    EXPECT_EQ(files.ancestryOf(innermost).size(), files.ancestryOf(folder.path()).size() + 3'000);
+    EXPECT_EQ(openDescriptors(), open);
+}
+
+TEST_F(PosixFileManagerTest, whatIsNoFolderOrIsNotThereHasNoAncestry) {
+    EXPECT_THAT(files.ancestryOf(folder.makeFile("file")), testing::IsEmpty());
+    EXPECT_THAT(files.ancestryOf(folder.makeFifo("fifo")), testing::IsEmpty());
+    EXPECT_THAT(files.ancestryOf(folder.path("missing")), testing::IsEmpty());
+}
+
 }  // namespace vantrel

@@ -376,5 +376,18 @@ TEST(TrashReader, listsWhatWasPutIntoTheTrash) {
     EXPECT_THAT(lines, testing::HasSubstr(" " + path + "\n"));
 }
 
+TEST_F(TrashTest, theFoldersThatAnItemsTrashChangesAreToldBefore) {
+    const std::string file = home.makeFile("file");
+    EXPECT_THAT(trash().foldersFor(file),
+                ElementsAre(home.path("share/Trash/files"), home.path("share/Trash/info")));
+    const std::string far = volume.makeFile("far");
+    const std::vector<std::string> folders = trash().foldersFor(far);
+    ASSERT_EQ(put(far), std::error_code());
+    EXPECT_THAT(folders, testing::Contains(volumePath + "/.Trash-" + user + "/files"));
+    EXPECT_TRUE(std::filesystem::exists(volumeCan("files/far")));
+    EXPECT_THAT(folders, testing::Not(testing::Contains(home.path("share/Trash/files"))));
+    EXPECT_THAT(trash().foldersFor(home.path("missing/x")), testing::IsEmpty());
+}
+
 }  // namespace
 }  // namespace vantrel
