@@ -56,6 +56,7 @@ FileItem::FileItem(FileItemFields fields)
       size(fields.size),
       vantrelState(fields.isParentDir ? VantrelState(state::Parent{}) : std::move(fields.vantrelState)),
       modDate(fields.modDate),
+      place(std::move(fields.place)),
       fileExtension(lowerCasedExtension(fields)) {}
 
 FileItemFields FileItem::parentDirectory(std::string_view path) {

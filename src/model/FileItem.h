@@ -9,6 +9,7 @@
 #include "model/SizeDisplayMode.h"
 #include "model/Uuid.h"
 #include "model/VantrelState.h"
+#include "model/engine/FolderPlace.h"
 
 namespace vantrel {
 
@@ -24,6 +25,7 @@ struct FileItemFields {
     std::int64_t size = 0;  ///< bytes
     VantrelState vantrelState = state::NotCalculated{};
     FileTime modDate = std::chrono::system_clock::now();
+    FolderPlace place = {};  ///< of a folder
 };
 
 /// Writes dates by one fixed pattern in the user's locale and time zone.
@@ -54,6 +56,7 @@ public:
     std::int64_t size;
     VantrelState vantrelState;
     const FileTime modDate;
+    const FolderPlace place;          ///< of a folder, as far as it is known
     const std::string fileExtension;  ///< lower case, UTF-8; "" for folders
 
     /// The file URL of `path`, percent-encoded from its bytes.

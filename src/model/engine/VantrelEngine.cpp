@@ -14,7 +14,10 @@ public:
     Reporter(std::weak_ptr<VantrelEngine> engine, std::string path, std::shared_ptr<WorkItem> item)
         : engine_(std::move(engine)), path_(std::move(path)), item_(std::move(item)) {}
 
-    void walkDidBegin() override { held_ = engine_.lock(); }
+    void walkDidBegin() override {
+        held_ = engine_.lock();
+        if (held_) begun_ = held_->clock_.now();
+    }
 
     void walkDidProgress(WalkTotals soFar) override {
         if (held_) post(*held_, held_->onUpdateOf(*item_), soFar, false);
@@ -24,7 +27,7 @@ public:
         const auto engine = std::exchange(held_, nullptr);
         if (!engine || outcome == WalkOutcome::cancelled) return;
         if (outcome == WalkOutcome::finished) {
-            post(*engine, engine->storeResult(path_, *item_, totals), totals, true);
+            post(*engine, engine->storeResult(path_, *item_, totals, begun_), totals, true);
         } else {
             post(*engine, engine->markEnded(*item_), {}, true);
         }
@@ -41,6 +44,7 @@ private:
 
     std::weak_ptr<VantrelEngine> engine_;
     std::shared_ptr<VantrelEngine> held_;  // from the walk's beginning to its end
+    Seconds begun_{};
     std::string path_;
     std::shared_ptr<WorkItem> item_;
 };
@@ -79,21 +83,23 @@ VantrelEngine& VantrelEngine::shared() {
     return **instance;
 }
 
-void VantrelEngine::calculateVantrel(const std::string& path, OnUpdate onUpdate) {
-    if (const std::optional<WalkTotals> known = cachedSize(path)) {
+void VantrelEngine::calculateVantrel(const std::string& path, OnUpdate onUpdate, const FolderPlace& place) {
+    if (const std::optional<WalkTotals> known = cachedSize(path, place)) {
         mainQueue_.post([onUpdate = std::move(onUpdate), totals = *known] {
             onUpdate(totals.bytes, totals.items, true);
         });
         return;
     }
-    const std::shared_ptr<WorkItem> item = registerWorkItem(path, std::move(onUpdate));
+    const std::shared_ptr<WorkItem> item = registerWorkItem(path, std::move(onUpdate), place);
     calculationQueue_.submit(path, item->cancellation.get_token(),
                              std::make_unique<Reporter>(weak_from_this(), path, item));
 }
 
 std::shared_ptr<VantrelEngine::WorkItem> VantrelEngine::registerWorkItem(const std::string& path,
-                                                                         OnUpdate onUpdate) {
+                                                                         OnUpdate onUpdate,
+                                                                         const FolderPlace& place) {
     auto item = std::make_shared<WorkItem>();
+    item->place = place;
     item->onUpdate = std::make_shared<const OnUpdate>(std::move(onUpdate));
     const SharedOnUpdate silenced = tables_.with([&](Tables& tables) {
         std::shared_ptr<WorkItem>& place = tables.activeWorkItems[path];
@@ -118,11 +124,10 @@ VantrelEngine::SharedOnUpdate VantrelEngine::onUpdateOf(const WorkItem& item) co
 // Answers whom to report to, nobody when the walk is not wanted any more. That is looked at under the lock
 // that every canceller holds, so a cancelled walk stores nothing in any race.
 VantrelEngine::SharedOnUpdate VantrelEngine::storeResult(const std::string& path, WorkItem& item,
-                                                         WalkTotals totals) {
-    const Seconds now = clock_.now();
+                                                         WalkTotals totals, Seconds begun) {
     return tables_.with([&](Tables& tables) -> SharedOnUpdate {
         if (item.cancellation.stop_requested()) return nullptr;
-        tables.cache[path] = {totals, now};
+        tables.cache[path] = {totals, begun, item.place};
         tables.activeWorkItems.erase(path);
         return std::exchange(item.onUpdate, nullptr);
     });
@@ -135,14 +140,46 @@ VantrelEngine::SharedOnUpdate VantrelEngine::markEnded(WorkItem& item) {
     });
 }
 
-std::optional<WalkTotals> VantrelEngine::cachedSize(const std::string& path) const {
+std::optional<WalkTotals> VantrelEngine::cachedSize(const std::string& path, const FolderPlace& place) const {
     const Seconds now = clock_.now();
     return tables_.with([&](const Tables& tables) -> std::optional<WalkTotals> {
         const auto found = tables.cache.find(path);
-        if (found == tables.cache.end() || now - found->second.timestamp >= cacheLifetime)
-            return std::nullopt;
-        return found->second.totals;
+        if (found == tables.cache.end()) return std::nullopt;
+        const CacheRecord& record = found->second;
+        if (record.belief == Belief::outdated || now - record.timestamp >= cacheLifetime) return std::nullopt;
+        const bool isAnother =
+            place.identity && record.place.identity && *place.identity != *record.place.identity;
+        return isAnother ? std::nullopt : std::optional(record.totals);
     });
+}
+
+// A walk is cancelled in the moment in which totals are outdated: it has either stored what it found before
+// that, or will not store it at all.
+void VantrelEngine::contentsDidChange(const ContentsChange& change) {
+    std::vector<SharedOnUpdate> silenced;
+    tables_.with([&](Tables& tables) {
+        outdate(tables.cache, change);
+        std::erase_if(tables.activeWorkItems, [&](const auto& entry) {
+            if (!change.outdates(entry.first, entry.second->place)) return false;
+            silenced.push_back(cancel(*entry.second));
+            return true;
+        });
+    });
+}
+
+void VantrelEngine::outdate(Cache& cache, const ContentsChange& change) {
+    std::vector<std::pair<std::string, CacheRecord>> renamed;
+    for (auto& [path, record] : cache) {
+        if (record.belief == Belief::outdated || !change.outdates(path, record.place)) continue;
+        // Of the folders around it only the old ones are known.
+        if (std::optional<std::string> newPath = change.newPathOf(path)) {
+            renamed.emplace_back(
+                std::move(*newPath),
+                CacheRecord{record.totals, record.timestamp, {record.place.identity, nullptr}});
+        }
+        record.belief = Belief::outdated;
+    }
+    for (auto& [path, record] : renamed) cache[std::move(path)] = std::move(record);
 }
 
 bool VantrelEngine::isCalculating(const std::string& path) const {

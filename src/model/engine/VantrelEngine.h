@@ -10,6 +10,8 @@
 #include <unordered_map>
 
 #include "base/Guarded.h"
+#include "model/engine/ContentsChange.h"
+#include "model/engine/FolderPlace.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
 #include "platform/MainQueue.h"
@@ -43,7 +45,8 @@ class VantrelEngine : public std::enable_shared_from_this<VantrelEngine> {
 public:
     using OnUpdate = std::function<void(std::int64_t bytes, std::int64_t itemsCount, bool isComplete)>;
 
-    /// Finished totals are believed for so long.
+    /// Finished totals are believed for so long, from the beginning of the walk that found them: all that it
+    /// read is younger.
     static constexpr Seconds cacheLifetime{300};
 
     static std::shared_ptr<VantrelEngine> make(const VantrelEngineServices& services);
@@ -58,11 +61,18 @@ public:
 
     /// Starts the walk of the folder at `path`, or answers from the cache. Any number of progress reports
     /// arrive, at most ten a second, then one final report. A walk of the same path that is under way is
-    /// cancelled; a cancelled walk reports nothing any more.
-    void calculateVantrel(const std::string& path, OnUpdate onUpdate);
+    /// cancelled; a cancelled walk reports nothing any more. `place` tells what the path leads to.
+    void calculateVantrel(const std::string& path, OnUpdate onUpdate, const FolderPlace& place = {});
 
-    /// The totals of `path` when they are less than 300 seconds old.
-    std::optional<WalkTotals> cachedSize(const std::string& path) const;
+    /// The totals of `path` when they are less than 300 seconds old, no change has outdated them, and the
+    /// path still leads to the folder that was counted (where both are known).
+    std::optional<WalkTotals> cachedSize(const std::string& path, const FolderPlace& place = {}) const;
+
+    /// To be called when files have been changed, after the change and also when it failed half-way. Totals
+    /// that it outdates are no longer believed, and walks that it outdates are cancelled, in one moment: what
+    /// they read may be from before the change. Whoever still wants these totals has to ask again. What was
+    /// renamed takes its totals along.
+    void contentsDidChange(const ContentsChange& change);
 
     /// Whether a walk of exactly `path` is waiting or running, so that a final report is still to come.
     bool isCalculating(const std::string& path) const;
@@ -87,10 +97,15 @@ public:
     std::weak_ptr<VantrelEngineDelegate> delegate;
 
 private:
+    enum class Belief : std::uint8_t { believed, outdated };
+
     struct CacheRecord {
         WalkTotals totals;
-        Seconds timestamp;
+        Seconds timestamp;  // when the walk began
+        FolderPlace place;
+        Belief belief = Belief::believed;
     };
+    using Cache = std::unordered_map<std::string, CacheRecord>;
 
     using SharedOnUpdate = std::shared_ptr<const OnUpdate>;
 
@@ -98,24 +113,27 @@ private:
 
     struct WorkItem {
         std::stop_source cancellation;
+        FolderPlace place;  // never changes
         // Both guarded like the table that holds the item.
         WalkStage stage = WalkStage::inFlight;
         SharedOnUpdate onUpdate;  // none once the walk is cancelled
     };
 
     struct Tables {
-        std::unordered_map<std::string, CacheRecord> cache;
+        Cache cache;
         std::unordered_map<std::string, std::shared_ptr<WorkItem>> activeWorkItems;
     };
 
     class Reporter;
 
     explicit VantrelEngine(const VantrelEngineServices& services);
-    std::shared_ptr<WorkItem> registerWorkItem(const std::string& path, OnUpdate onUpdate);
+    std::shared_ptr<WorkItem> registerWorkItem(const std::string& path, OnUpdate onUpdate,
+                                               const FolderPlace& place);
     SharedOnUpdate onUpdateOf(const WorkItem& item) const;
-    SharedOnUpdate storeResult(const std::string& path, WorkItem& item, WalkTotals totals);
+    SharedOnUpdate storeResult(const std::string& path, WorkItem& item, WalkTotals totals, Seconds begun);
     SharedOnUpdate markEnded(WorkItem& item);
     static SharedOnUpdate cancel(WorkItem& item);
+    static void outdate(Cache& cache, const ContentsChange& change);
 
     WalkQueue& calculationQueue_;
     MainQueue& mainQueue_;

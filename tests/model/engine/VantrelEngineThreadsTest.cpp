@@ -165,7 +165,7 @@ TEST_F(VantrelEngineThreads, fourThreadsMayMixEveryOperation) {
         std::mt19937 random(seed);
         for (int turn = 0; turn < 300; ++turn) {
             const std::string& path = roots[random() % roots.size()];
-            switch (random() % 8) {
+            switch (random() % 9) {
                 case 0:
                     engine->cancelFor(path);
                     break;
@@ -180,6 +180,9 @@ TEST_F(VantrelEngineThreads, fourThreadsMayMixEveryOperation) {
                     break;
                 case 4:
                     (void)engine->isCalculating(path);
+                    break;
+                case 5:
+                    engine->contentsDidChange(ContentsChange({{.path = path + "/s1/new"}}));
                     break;
                 default:
                     engine->calculateVantrel(
@@ -210,6 +213,33 @@ TEST_F(VantrelEngineThreads, fourThreadsMayMixEveryOperation) {
         const Reports last = request(root);
         ASSERT_TRUE(waitForFinalReport(last));
         EXPECT_EQ(last->back().items, root == folder.path("missing") ? 0 : 20);
+    }
+}
+
+TEST_F(VantrelEngineThreads, whatAChangeMeetsOnTheWayNeverLeavesAnOldTotalBehind) {
+    for (const char* name : {"p", "p/child", "p/child/deep", "p/sibling"}) folder.makeFolder(name);
+    for (int number = 0; number < 40; ++number) folder.makeFolder("p/child/" + std::to_string(number));
+    const std::vector<std::string> all{folder.path("p"), folder.path("p/child"), folder.path("p/child/deep"),
+                                       folder.path("p/sibling")};
+    for (int turn = 0; turn < 300; ++turn) {
+        // Walks of a parent, of a child and of a sibling are somewhere between their beginning and their end;
+        // now and then the folder is left and entered in the same moment.
+        std::vector<Reports> before;
+        for (const std::string& path : all) before.push_back(request(path));
+        if (turn % 3 == 0) engine->cancelForPrefix(folder.path("p"));
+        if (turn % 3 == 1) {
+            ASSERT_TRUE(waitForFinalReport(before[static_cast<std::size_t>(turn) % 4]));
+        }
+        const std::string file = folder.makeFile("p/child/deep/" + std::to_string(turn));
+        engine->contentsDidChange(ContentsChange({{.path = file}}));
+        for (std::size_t index = 0; index < all.size(); ++index) {
+            const std::int64_t right = index == 3 ? 0 : turn + 1;
+            const Reports after = request(all[index]);
+            ASSERT_TRUE(waitForFinalReport(after));
+            EXPECT_EQ(after->back().items, right) << all[index];
+            const auto known = engine->cachedSize(all[index]);
+            EXPECT_EQ(known ? known->items : right, right) << all[index];
+        }
     }
 }
 
