@@ -14,11 +14,29 @@ namespace {
 
 constexpr std::uint32_t anyExecuteBit = 0111;
 
+// Every folder that was shown is remembered with those around it: so that a chain of thousands, followed down
+// by hand, does not fill the memory, the farthest are left out.
+constexpr std::size_t mostAncestors = 128;
+
 bool isHiddenName(std::string_view name) {
     return name.starts_with('.');
 }
 
-std::shared_ptr<FileItem> makeItem(const std::string& folder, DirectoryEntry entry, FileTime now) {
+std::shared_ptr<const Ancestry> ancestryOf(FileManager& files, const std::string& folder) {
+    Ancestry above = files.ancestryOf(folder);
+    if (above.size() > mostAncestors) above.resize(mostAncestors);
+    above.shrink_to_fit();
+    return std::make_shared<const Ancestry>(std::move(above));
+}
+
+// Of a folder that is shown through a link only itself is known: the folders around it are others.
+FolderPlace placeOf(const DirectoryEntry& entry, const std::shared_ptr<const Ancestry>& above) {
+    const bool isLink = entry.attributes && entry.attributes->link == LinkKind::symbolicLink;
+    return {entry.identity, isLink ? nullptr : above};
+}
+
+std::shared_ptr<FileItem> makeItem(const std::string& folder, DirectoryEntry entry, FileTime now,
+                                   const std::shared_ptr<const Ancestry>& above) {
     const bool isDirectory = entry.target == PathTarget::directory;
     const bool isHidden = isHiddenName(entry.name);
     std::string path = paths::appending(folder, entry.name);
@@ -28,7 +46,8 @@ std::shared_ptr<FileItem> makeItem(const std::string& folder, DirectoryEntry ent
         .isDirectory = isDirectory,
         .isHidden = isHidden,
         .vantrelState = isDirectory ? VantrelState(state::NotCalculated{}) : VantrelState(state::Parent{}),
-        .modDate = now};
+        .modDate = now,
+        .place = isDirectory ? placeOf(entry, above) : FolderPlace()};
     if (entry.attributes) {
         fields.isExecutable = (entry.attributes->posixPermissions & anyExecuteBit) != 0;
         fields.isSymlink = entry.attributes->link == LinkKind::symbolicLink;
@@ -52,9 +71,10 @@ ItemList listDirectory(FileManager& files, StandardOutput& output, const std::st
         return list;
     }
     const FileTime now = std::chrono::system_clock::now();
+    const std::shared_ptr<const Ancestry> above = ancestryOf(files, path);
     list.reserve(list.size() + contents->size());
     for (DirectoryEntry& entry : *contents) {
-        if (entry.target != PathTarget::missing) list.push_back(makeItem(path, std::move(entry), now));
+        if (entry.target != PathTarget::missing) list.push_back(makeItem(path, std::move(entry), now, above));
     }
     return list;
 }

@@ -128,6 +128,10 @@ void OvPanelView::sizeDidChange(FileItem& row) {
     setNeedsDisplay(Redraw::inPassing);
 }
 
+void OvPanelView::contentsDidChange(const ContentsChange& change) {
+    if (sizes_.askAfterChange(items_, change)) setNeedsDisplay(Redraw::inPassing);
+}
+
 void OvPanelView::startSpinnerTimer() {
     spinnerTimer_ = desktop_.timers.startRepeating(spinnerInterval, [weakThis = weak_from_this()] {
         if (const auto view = weakThis.lock()) static_cast<OvPanelView&>(*view).spinnerTick();

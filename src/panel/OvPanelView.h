@@ -23,6 +23,7 @@
 
 namespace vantrel {
 
+class ContentsChange;
 class VantrelEngine;
 
 /// One file panel: holds together the rows of a folder and their order, the cursor, the sizes that are asked
@@ -70,6 +71,10 @@ public:
     /// first row that is not "..". A folder that cannot be read prints one line and shows only "..".
     void loadDirectory(const std::optional<std::string>& keepSelection = std::nullopt);
     void sortItems();
+
+    /// To be called after the engine was told of that change: asks again for the totals on show that are from
+    /// before it.
+    void contentsDidChange(const ContentsChange& change);
 
     /// Grows whenever rows have come, gone or changed places.
     std::uint64_t orderRevision() const { return orderRevision_; }

@@ -1,6 +1,7 @@
 #include "panel/SizeRequests.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "model/engine/VantrelEngine.h"
 
@@ -19,7 +20,7 @@ void SizeRequests::askFor(const ItemList& items) {
 
 // The callback owns the request, so the request is gone with the last report that can come of it.
 void SizeRequests::ask(Awaited& awaited) {
-    const auto request = std::make_shared<const std::weak_ptr<FileItem>>(awaited.item);
+    const auto request = std::make_shared<std::weak_ptr<FileItem>>(awaited.item);
     awaited.request = request;
     engine_.calculateVantrel(
         awaited.item->path,
@@ -30,7 +31,39 @@ void SizeRequests::ask(Awaited& awaited) {
             row->vantrelState = isComplete ? VantrelState(state::Calculated{bytes, itemsCount})
                                            : VantrelState(state::Calculating{bytes, itemsCount});
             owner->sizeDidChange(*row);
-        });
+        },
+        awaited.item->place);
+}
+
+bool SizeRequests::askAfterChange(const ItemList& items, const ContentsChange& change) {
+    std::vector<Awaited> outdated;
+    for (const auto& item : items) {
+        if (item->isDirectory && !item->isParentDir && change.outdates(item->path, item->place) &&
+            !change.takesAway(item->path, item->place)) {
+            outdated.push_back({item, {}});
+        }
+    }
+    forgetRequestsOf(outdated);
+    for (Awaited& awaited : outdated) {
+        VantrelState& state = awaited.item->vantrelState;
+        if (const auto* total = std::get_if<state::Calculated>(&state)) {
+            state = state::Calculating{total->totalBytes, total->itemsCount};
+        }
+        ask(awaited);
+    }
+    awaited_.insert(awaited_.end(), outdated.begin(), outdated.end());
+    return !outdated.empty();
+}
+
+// A report from before the change may wait in the main queue: it will find no row.
+void SizeRequests::forgetRequestsOf(const std::vector<Awaited>& outdated) {
+    std::unordered_set<const FileItem*> rows;
+    for (const Awaited& awaited : outdated) rows.insert(awaited.item.get());
+    std::erase_if(awaited_, [&](const Awaited& awaited) {
+        if (!rows.contains(awaited.item.get())) return false;
+        if (const auto request = awaited.request.lock()) request->reset();
+        return true;
+    });
 }
 
 bool SizeRequests::areAwaited() const {

@@ -7,6 +7,7 @@
 
 namespace vantrel {
 
+class ContentsChange;
 class VantrelEngine;
 
 /// Whoever shows the rows hears of each report.
@@ -31,6 +32,11 @@ public:
     /// here on. Rows of an earlier list are forgotten, their walks go on.
     void askFor(const ItemList& items);
 
+    /// Asks anew for the rows whose sizes are from before a change that the engine has been told of; answers
+    /// whether there are any. Until its new total arrives a row keeps its old one as the total so far, so
+    /// that an order by size is not torn apart. A row whose folder has gone keeps its last.
+    bool askAfterChange(const ItemList& items, const ContentsChange& change);
+
     /// Whether a report that is the last for its row is still to come.
     bool areAwaited() const;
 
@@ -47,10 +53,12 @@ private:
     /// A folder's row whose final report is still to come.
     struct Awaited {
         std::shared_ptr<FileItem> item;
-        std::weak_ptr<const void> request;  ///< gone when it can bring no report any more
+        /// Where the callback looks for the row; gone when it can bring no report any more.
+        std::weak_ptr<std::weak_ptr<FileItem>> request;
     };
 
     void ask(Awaited& awaited);
+    void forgetRequestsOf(const std::vector<Awaited>& outdated);
 
     VantrelEngine& engine_;
 
