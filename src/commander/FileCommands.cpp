@@ -3,9 +3,12 @@
 #include <array>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/Paths.h"
+#include "model/engine/VantrelEngine.h"
 #include "platform/FileManager.h"
+#include "platform/ProcessInfo.h"
 #include "platform/StandardOutput.h"
 #include "platform/Workspace.h"
 #include "text/Text.h"
@@ -126,7 +129,28 @@ void FileCommands::carryOut(const DialogType& type, const std::optional<std::str
                             const PanelPair& panels) {
     if (std::holds_alternative<dialog::Sort>(type)) return sortBy(panels.active, input);
     const std::optional<FileOperation> operation = std::visit(OperationOf{input}, type);
-    if (operation) didPerform(*operation, perform(*operation), panels);
+    if (!operation) return;
+    const ChangeWatch changes = watch(*operation);
+    const std::error_code error = perform(*operation);
+    const bool isMove = operation->kind == FileOperation::Kind::move;
+    didPerform(*operation, error, isMove ? changes.afterMove() : changes.afterChange(), panels);
+}
+
+// Of a copied item nothing changes; one that is thrown away comes to the trash.
+ChangeWatch FileCommands::watch(const FileOperation& operation) const {
+    switch (operation.kind) {
+        case FileOperation::Kind::move:
+            return {desktop_.files, {operation.item, operation.target}};
+        case FileOperation::Kind::trash: {
+            std::vector<std::string> places{operation.item};
+            for (const std::string& folder : desktop_.files.trashFoldersFor(operation.item)) {
+                places.push_back(paths::appending(folder, paths::lastComponent(operation.item)));
+            }
+            return {desktop_.files, std::move(places)};
+        }
+        default:
+            return {desktop_.files, {desktop_.process.absolutePath(operation.target)}};
+    }
 }
 
 std::error_code FileCommands::perform(const FileOperation& operation) const {
@@ -144,13 +168,18 @@ std::error_code FileCommands::perform(const FileOperation& operation) const {
 }
 
 // What has failed shows in the listing alone; only the trash says why, for nothing there hints at a reason.
+//
+// Totals from before the change are not believed any more, whatever became of it. The panel that is not
+// loaded anew asks for those that it shows.
 void FileCommands::didPerform(const FileOperation& operation, std::error_code error,
-                              const PanelPair& panels) const {
+                              const ContentsChange& change, const PanelPair& panels) const {
     if (error && operation.kind == FileOperation::Kind::trash) {
         desktop_.output.writeLine("Error moving to trash: " + error.message());
     }
-    OvPanelView& shown = operation.kind == FileOperation::Kind::copy ? panels.other : panels.active;
-    shown.loadDirectory(operation.selection);
+    engine_.contentsDidChange(change);
+    const bool isCopy = operation.kind == FileOperation::Kind::copy;
+    (isCopy ? panels.active : panels.other).contentsDidChange(change);
+    (isCopy ? panels.other : panels.active).loadDirectory(operation.selection);
 }
 
 }  // namespace vantrel

@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 
+#include "commander/ChangeWatch.h"
 #include "dialog/DialogType.h"
 #include "panel/OvPanelView.h"
 #include "platform/Desktop.h"
@@ -37,7 +38,8 @@ std::shared_ptr<FileItem> selectedEntry(const OvPanelView& panel);
 /// returns.
 class FileCommands {
 public:
-    explicit FileCommands(const Desktop& desktop) : desktop_(desktop) {}
+    /// The engine is told of every change; it is borrowed.
+    FileCommands(const Desktop& desktop, VantrelEngine& engine) : desktop_(desktop), engine_(engine) {}
 
     // What to show for a command, nothing where it has no row to act on.
     std::optional<DialogType> copyDialog(const PanelPair& panels) const;
@@ -56,9 +58,13 @@ public:
 private:
     std::string viewedText(const FileItem& file) const;
     std::error_code perform(const FileOperation& operation) const;
-    void didPerform(const FileOperation& operation, std::error_code error, const PanelPair& panels) const;
+    void didPerform(const FileOperation& operation, std::error_code error, const ContentsChange& change,
+                    const PanelPair& panels) const;
+
+    ChangeWatch watch(const FileOperation& operation) const;
 
     const Desktop desktop_;
+    VantrelEngine& engine_;
 };
 
 }  // namespace vantrel

@@ -25,7 +25,7 @@ constexpr double fontSize = 13;  // points
 OvCommanderView::OvCommanderView(const Desktop& desktop, VantrelEngine& engine, const Rect& frame)
     : View(frame),
       desktop_(desktop),
-      files_(desktop),
+      files_(desktop, engine),
       leftPanel_(OvPanelView::make(desktop, engine)),
       rightPanel_(OvPanelView::make(desktop, engine)),
       retroFont_(OvPalette::retroFont(desktop.fonts, fontSize, FontWeight::regular)),

@@ -22,11 +22,16 @@ bool isAskingForChange(const OvCommanderView& commander) {
            !std::holds_alternative<dialog::Sort>(type);
 }
 
+std::unique_ptr<TotalsModel> filled(test::FakeFileManager& files) {
+    fill(files);
+    files.tellsIdentities = true;
+    return std::make_unique<TotalsModel>(files);
+}
+
 }  // namespace
 
-Program::Program(Input& input) {
+Program::Program(Input& input) : model_(filled(desktop_.files)) {
     static constexpr std::array starts{"", "/", "/start", "~", "/missing", "/file", "/start/alpha"};
-    fill(desktop_.files);
     desktop_.engine = VantrelEngine::make({walkQueue_, mainQueue_, desktop_.clock});
     mainQueue_.engine = desktop_.engine;
     walkQueue_.engine = desktop_.engine;
@@ -93,6 +98,16 @@ void Program::check() {
     checkWalks(commander(), *desktop_.engine, desktop_.walks);
     checkDrawing(commander());
     checkOperations();
+    checkSizes(commander().leftPanel());
+    checkSizes(commander().rightPanel());
+}
+
+void Program::checkSizes(const OvPanelView& panel) const {
+    for (const auto& row : panel.items()) {
+        const auto* const total = std::get_if<state::Calculated>(&row->vantrelState);
+        require(total == nullptr || model_->mayShow(row->path, {total->totalBytes, total->itemsCount}),
+                "a change of our own shows in every total");
+    }
 }
 
 void Program::checkOperations() {
@@ -163,12 +178,13 @@ void Program::endWalk(std::size_t index, Input& input) {
     const bool isCancelled = walk.isCancelled();
     switch (input.below(3)) {
         case 0:
-            walk.finish(totals_[index]);
+            walk.finish(walkQueue_.totals[index]);
             break;
         case 1:
-            walk.finishWithoutLooking(totals_[index]);
+            walk.finishWithoutLooking(walkQueue_.totals[index]);
             break;
         default:
+            model_->noteFailure(walk.root);
             walk.failToOpenRoot();
     }
     require(!isCancelled || desktop_.mainQueue.size() == waiting, "a cancelled walk does not report its end");
@@ -178,6 +194,7 @@ void Program::endWalk(std::size_t index, Input& input) {
 
 void Program::changeFiles(Input& input) {
     change(desktop_.files, input);
+    model_->noteChange();
 }
 
 void Program::failFiles(Input& input) {

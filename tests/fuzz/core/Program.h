@@ -9,6 +9,7 @@
 
 #include "app/AppDelegate.h"
 #include "fuzz/Input.h"
+#include "fuzz/core/TotalsModel.h"
 #include "support/FakeDesktop.h"
 
 namespace vantrel::fuzz {
@@ -30,16 +31,19 @@ private:
 
 class ProbingWalkQueue final : public WalkQueue {
 public:
-    explicit ProbingWalkQueue(WalkQueue& next) : next_(next) {}
+    ProbingWalkQueue(WalkQueue& next, const TotalsModel& model) : next_(next), model_(model) {}
     void submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer) override {
         if (const auto held = engine.lock()) (void)held->isCalculating("");
+        totals.push_back(model_.totalsOf(root));
         next_.submit(std::move(root), std::move(stop), std::move(observer));
     }
     bool catchUp(Seconds lent) override { return next_.catchUp(lent); }
     std::weak_ptr<VantrelEngine> engine;
+    std::vector<WalkTotals> totals;  ///< of each walk, read as early as a walk can read
 
 private:
     WalkQueue& next_;
+    const TotalsModel& model_;
 };
 
 /// The whole program from its launch on, on fakes: no thread, no display, no real file.
@@ -83,11 +87,13 @@ private:
     void endWalk(std::size_t index, Input& input);
     void check();
     void checkOperations();
+    void checkSizes(const OvPanelView& panel) const;
     void expectVisibleCursorAfter(Key key, const std::function<void()>& event);
 
     test::FakeDesktop desktop_;
+    const std::unique_ptr<TotalsModel> model_;
     ProbingMainQueue mainQueue_{desktop_.mainQueue};
-    ProbingWalkQueue walkQueue_{desktop_.walks};
+    ProbingWalkQueue walkQueue_{desktop_.walks, *model_};
     test::CountingHost host_;
     ClickRouter clicks_;
     std::vector<WalkTotals> totals_;  ///< so far, of the walks in the order of their submission
