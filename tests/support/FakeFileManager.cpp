@@ -263,6 +263,7 @@ std::error_code FakeFileManager::moveItem(const std::string& from, const std::st
     return end(from, to);
 }
 
+// A ".." leads up, and is never made.
 std::error_code FakeFileManager::createDirectory(const std::string& path) {
     if (const auto error = begin("make " + path)) return error;
     const Result<Item*> there = find(path);
@@ -272,7 +273,7 @@ std::error_code FakeFileManager::createDirectory(const std::string& path) {
         if (const auto error = refusalOf(takeComponent(rest))) return error;
     }
     if (countOf(root_) >= mostItems) return errorOf(std::errc::no_space_on_device);
-    folderAt(path);
+    folderAt(paths::normalized(path));
     return end("", path);
 }
 

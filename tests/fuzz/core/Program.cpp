@@ -61,7 +61,7 @@ void Program::step(Input& input) {
                                                   &Program::pressKey,
                                                   &Program::pressKey,
                                                   &Program::pressKey,
-                                                  &Program::pressKey,
+                                                  &Program::changeByCommand,
                                                   &Program::type,
                                                   &Program::type,
                                                   &Program::pressCommandKey,

@@ -72,6 +72,7 @@ private:
     void turnWheel(Input& input);
     void resize(Input& input);
     void chooseMenuItem(Input& input);
+    void changeByCommand(Input& input);
     void useField(Input& input);
     void passKeyThroughPreview(Input& input);
     void tick(Input& input);

@@ -84,6 +84,20 @@ void Program::useField(Input& input) {
     fields.back()->setText(input.flag() ? input.oneOf(texts) : text::repairedUtf8(input.text(6)));
 }
 
+// A whole command in one step: keys alone hardly ever get that far.
+void Program::changeByCommand(Input& input) {
+    static constexpr std::array commands{Key::f5, Key::f6, Key::f7, Key::f8};
+    static constexpr std::array targets{"x",  "alpha/x",        "Beta/x",         "alpha/y/z",
+                                        "10", "/start/alpha/x", "/Users/ann/x/y", "../x"};
+    if (commander().dialogOverlay()) return;
+    send(eventFor(input.oneOf(commands)));
+    check();
+    if (!commander().dialogOverlay()) return;
+    desktop_.mainQueue.runAll();
+    if (!desktop_.textFields.alive.empty()) desktop_.textFields.alive.back()->setText(input.oneOf(targets));
+    send(eventFor(Key::returnKey));
+}
+
 void Program::passKeyThroughPreview(Input& input) {
     if (!desktop_.preview.visible) return;
     const auto delegate = desktop_.preview.delegate.lock();
