@@ -74,8 +74,11 @@ constexpr int requests = 10'000;
 // An engine whose walks take no time, and a panel with 10,000 folders.
 struct Asking {
     void ask() {
+        const auto above = std::make_shared<const Ancestry>(Ancestry(5));
+        std::uint64_t folder = 0;
         for (const auto& path : paths)
-            engine->calculateVantrel(path, [this](std::int64_t bytes, std::int64_t, bool) { sum += bytes; });
+            engine->calculateVantrel(path, [this](std::int64_t bytes, std::int64_t, bool) { sum += bytes; },
+                                     {FileIdentity{1, ++folder}, above});
     }
 
     // Asks for all of them and waits for the answers; whether these are right.
@@ -111,6 +114,20 @@ void requestFromTheCache(benchmark::State& state) {
         if (!panel.isAnswered()) state.SkipWithError("wrong total");
     }
     state.SetItemsProcessed(state.iterations() * requests);
+}
+
+// A file moved from one folder to another, while 10,000 totals elsewhere are known.
+void changeBesideKnownTotals(benchmark::State& state) {
+    Asking panel;
+    if (!panel.isAnswered()) state.SkipWithError("wrong total");
+    const auto itemAt = [](const std::string& path) {
+        return ContentsChange::Item{.path = path, .identities = {{2, 1}}, .above = Ancestry(6, {2, 2})};
+    };
+    for (auto _ : state) {
+        panel.engine->contentsDidChange(
+            ContentsChange({itemAt("/home/ann/music/here/file"), itemAt("/home/ann/music/there/file")}));
+    }
+    if (!panel.engine->cachedSize(panel.paths.front())) state.SkipWithError("outdated");
 }
 
 // A request and its cancellation by the prefix of 10,000 paths.
@@ -150,6 +167,7 @@ void requestsOfRealFolders(benchmark::State& state) {
 
 BENCHMARK(requestWithoutAWalk)->Unit(benchmark::kMillisecond);
 BENCHMARK(requestFromTheCache)->Unit(benchmark::kMillisecond);
+BENCHMARK(changeBesideKnownTotals)->Unit(benchmark::kMillisecond);
 BENCHMARK(requestCancelledByPrefix)->Unit(benchmark::kMillisecond);
 BENCHMARK(requestsOfRealFolders)->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
 
