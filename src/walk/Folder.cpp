@@ -87,9 +87,9 @@ FolderUse Folder::tryUse() {
     auto state = state_.load(std::memory_order_acquire);
     do {
         if (state == 0 || (state & givenUp)) return FolderUse();
-        // Relaxed where it succeeds: the descriptor was opened before this thread heard of the folder.
-    } while (!state_.compare_exchange_weak(state, state + oneUse, std::memory_order_relaxed,
-                                           std::memory_order_acquire));
+        // Where it succeeds relaxed would do, since the descriptor was opened before this thread heard of the
+        // folder; but compilers want no weaker order there than where it fails.
+    } while (!state_.compare_exchange_weak(state, state + oneUse, std::memory_order_acquire));
     return FolderUse(this);
 }
 
