@@ -4,8 +4,8 @@
 
 namespace vantrel {
 
-/// For readings by the million, one after each entry of a walk: in steps of some milliseconds, at a fifth of
-/// the price where the system has such a clock. Stands still while the machine sleeps. Any thread.
+/// Cheap enough to read after every entry of a walk: moves in steps of a few milliseconds and, where the
+/// system has such a clock, costs a fifth as much. Stands still while the machine sleeps. Any thread.
 class CoarseClock final : public Clock {
 public:
     Seconds now() const override {

@@ -30,7 +30,7 @@ Result<FileDescriptor> openat2Within(int base, const char* path, int flags) {
     open_how how{};
     how.flags = static_cast<std::uint64_t>(flags);
     how.resolve = RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS;
-    // EAGAIN: a rename raced with the look-up; a file system of its own may answer it for ever.
+    // EAGAIN: a rename raced with the look-up. An odd file system might answer so every time.
     constexpr int tries = 8;
     long number = -1;
     for (int i = 0; i < tries; ++i) {
@@ -57,8 +57,7 @@ Result<FileDescriptor> openWithin(int base, const char* name, int flags, Volume&
     return openUnlessMounted(base, name, flags);
 }
 
-// Opens for reading without touching the access time, until the system refuses that: it is for the owner
-// only.
+// Opens for reading without touching the access time, until the system refuses that: only owners may.
 template <class Open>
 Result<FileDescriptor> sparingAccessTimes(Volume& volume, Open open) {
     if (volume.sparesAccessTimes.load(std::memory_order_relaxed)) {
@@ -102,9 +101,9 @@ bool LinuxDirectoryReader::read(int folder, DirectoryStream*) {
     return used_ > 0;
 }
 
-// ext4 gives the last entry of an indexed directory the highest of all positions, which saves the call that
-// would only return nothing. That a batch is short proves nothing: a signal that stops the process cuts it
-// short.
+// ext4 gives the last entry of an indexed directory the highest possible position, which saves the call that
+// would only return nothing. A short batch proves nothing: a signal that stops the process cuts batches short
+// too.
 bool LinuxDirectoryReader::reachedEnd(int folder, Volume& volume) const {
     if (lastPosition_ != std::numeric_limits<std::int64_t>::max()) return false;
     auto mark = volume.endMark.load(std::memory_order_relaxed);
@@ -122,7 +121,7 @@ bool LinuxDirectoryReader::expectsMore() const {
 }
 
 int LinuxDirectoryReader::measuringFrom(int folder) {
-    // Moving there costs as much as some ten calls gain.
+    // Moving there costs about as much as ten calls save.
     constexpr std::size_t worthwhile = 1024;
     if (used_ < worthwhile || !ownsWorkingFolder() || ::fchdir(folder) != 0) return folder;
     workingFolder_ = WorkingFolder::inAWalk;

@@ -6,10 +6,10 @@
 
 namespace vantrel::walking {
 
-/// getdents64(2) into one large buffer, openat2(2) that refuses mount points by itself, fstatat that mounts
-/// nothing. Each thread has a working folder of its own (unshare(2), CLONE_FS), since names relative to it
-/// need no look into the table of descriptors that the threads share. Where the kernel or a sandbox has no
-/// openat2, openat(2) and the device number take its place.
+/// Uses getdents64(2) with one large buffer, openat2(2), which refuses mount points by itself, and fstatat(2)
+/// without automounts. Each thread has a working folder of its own (unshare(2), CLONE_FS), because looking up
+/// names relative to it avoids the descriptor table that the threads share. Where the kernel or a sandbox has
+/// no openat2, `openUnlessMounted` takes its place.
 class LinuxDirectoryReader final : public DirectoryReader {
 public:
     LinuxDirectoryReader();
@@ -32,15 +32,15 @@ private:
         notAsked,
         atHome,   ///< the thread's own, where the program was
         inAWalk,  ///< the thread's own, in the folder of the batch last measured
-        shared,   ///< the system lets all threads have one only
+        shared,   ///< the system gives all threads one in common
     };
 
     bool ownsWorkingFolder();
 
     std::unique_ptr<char[]> batch_;  // records of getdents64
-    std::size_t used_ = 0;           // bytes of them
+    std::size_t used_ = 0;           // bytes of it in use
     std::size_t position_ = 0;
-    std::int64_t lastPosition_ = 0;  // in the folder, of the entry last taken
+    std::int64_t lastPosition_ = 0;  // of the entry last taken, in the folder
     WorkingFolder workingFolder_ = WorkingFolder::notAsked;
     FileDescriptor home_;  // where the program was when the thread got a working folder of its own
 };

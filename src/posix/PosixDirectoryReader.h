@@ -6,10 +6,10 @@
 
 namespace vantrel::walking {
 
-/// POSIX.1-2017 (fdopendir, readdir, fstatat), and what tells mount points where the system has it. Where it
-/// has not, a mounted file system shows by its device number only: a mount of the walk's own file system (a
-/// bind mount) is entered then, a part of it with a device number of its own (a subvolume) is not, and what
-/// is mounted when it is entered (an automount) is started. One thread at a time.
+/// POSIX.1-2017 (fdopendir, readdir, fstatat), plus the system's way of telling mount points if it has one.
+/// Without that, only the device number gives a mount away: a mount of the walk's own file system (a bind
+/// mount) is entered, a part of it with a device number of its own (a subvolume) is not, and an automount is
+/// triggered. One thread at a time.
 class PosixDirectoryReader final : public DirectoryReader {
 public:
     PosixDirectoryReader();

@@ -60,8 +60,8 @@ bool isAbsolute(std::string_view path) {
 
 enum class ParentSteps { kept, removed };
 
-/// The components of an absolute path without empty ones and "."; a removed ".." takes the one before it
-/// along.
+/// The components of an absolute path without empty ones and "."; a ".." that is removed takes the component
+/// before it along.
 std::vector<std::string_view> componentsOf(std::string_view path, ParentSteps parentSteps) {
     std::vector<std::string_view> components;
     while (!path.empty()) {

@@ -4,12 +4,12 @@
 
 namespace vantrel {
 
-/// This process and its user by the environment and the user database. Home and user are read when they are
-/// first asked for, and kept: every repaint wants them, and the database may be on another machine. Main
-/// thread only.
+/// This process and its user, from the environment and the user database. Home and user are read when first
+/// asked for, then kept: every repaint wants them, and the database may be on another machine. Main thread
+/// only.
 class PosixProcessInfo final : public ProcessInfo {
 public:
-    /// What the user database says of somebody.
+    /// What the user database says about a user.
     struct User {
         std::string name;
         std::string home;
@@ -21,9 +21,9 @@ public:
     std::optional<std::string> homeDirectoryOf(const std::string& userName) const override;
     /// From the user database, else $USER, else $LOGNAME, else the user's number.
     std::string userName() const override;
-    /// An empty path names nothing and stays empty. A ".." goes where its removal names the same folder as
-    /// the system sees; where a link stands before it the answer is the path without links, and where nothing
-    /// exists the ".." stays.
+    /// An empty path names nothing and stays empty. A ".." is removed where the shorter path names the folder
+    /// that the system would reach; where a link stands before it the answer is the path without links, and
+    /// where nothing exists the ".." stays.
     std::string absolutePath(const std::string& path) const override;
 
 private:

@@ -27,13 +27,14 @@ public:
         isSocket_ = S_ISSOCK(status.st_mode);
         isDisk_ = S_ISREG(status.st_mode);
         if (isSocket_ || isDisk_) return;
-        // A description of our own: whether it waits is a matter of the description, and that one is shared.
+        // Opened anew, since whether writing waits is a property of the open file description, which others
+        // share.
         const std::string path = "/proc/self/fd/" + std::to_string(descriptor);
         constexpr int flags = O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
         own_ = FileDescriptor(uninterrupted([&] { return ::open(path.c_str(), flags); }));
     }
 
-    /// Answers how much there was room for. `hasFailed` is set where trying again makes no sense.
+    /// Returns how much there was room for. Sets `hasFailed` where trying again makes no sense.
     std::size_t write(std::string_view text, bool& hasFailed) const {
         std::size_t done = 0;
         while (done < text.size()) {
@@ -52,7 +53,7 @@ private:
         if (isSocket_) return ::send(descriptor_, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
         if (own_) return ::write(own_.number(), text.data(), text.size());
         if (isDisk_) return ::write(descriptor_, text.data(), text.size());
-        // A pipe that says it is ready takes this much without waiting.
+        // A pipe that reports being ready takes this much without waiting.
         pollfd ready{.fd = descriptor_, .events = POLLOUT, .revents = 0};
         if (::poll(&ready, 1, 0) == 1)
             return ::write(descriptor_, text.data(), std::min<std::size_t>(text.size(), PIPE_BUF));

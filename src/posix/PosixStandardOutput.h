@@ -6,9 +6,9 @@
 
 namespace vantrel {
 
-/// Standard output by write(2). Nothing waits: what a reader who does not read leaves no room for is dropped,
-/// line by line; of a line that was begun the rest is kept and comes first next time. A reader that has gone
-/// away does not end the program, nor does a limit for the size of files. Main thread only.
+/// Standard output by write(2) that never waits: when a slow reader leaves no room, whole lines are dropped,
+/// but the rest of a line already begun is kept and goes out first next time. Neither a reader that has gone
+/// away nor a limit on the size of files ends the program. Main thread only.
 class PosixStandardOutput final : public StandardOutput {
 public:
     /// `descriptor` is borrowed.

@@ -26,20 +26,20 @@ std::string contentOf(const std::string& path) {
     return size > 0 ? std::string(text.data(), static_cast<std::size_t>(size)) : std::string();
 }
 
-/// Tells one start of the system from all others.
+/// Tells one boot from all others.
 std::string bootId() {
     std::string id = contentOf("/proc/sys/kernel/random/boot_id");
     std::erase_if(id, [](char character) { return character == '-' || character == '\n'; });
     return id.substr(0, 16);
 }
 
-/// The name space that numbers our processes.
+/// The namespace that our process numbers belong to.
 std::string processSpace() {
     struct stat status {};
     return ::stat("/proc/self/ns/pid", &status) == 0 ? std::to_string(status.st_ino) : std::string();
 }
 
-/// When a process began, in ticks since the system did; empty where none of that number is alive.
+/// When a process started, in ticks since boot; empty when no process with that number is alive.
 std::string startOf(std::string_view process) {
     const std::string line = contentOf("/proc/" + std::string(process) + "/stat");
     // The name of the program stands in parentheses and may hold anything.

@@ -26,7 +26,7 @@ namespace {
     struct statx status {};
     constexpr int flags = AT_EMPTY_PATH | AT_NO_AUTOMOUNT;
     if (uninterrupted([&] { return ::statx(place, "", flags, STATX_TYPE, &status); }) != 0) {
-        // What neither an old kernel nor a sandbox knows.
+        // How old kernels and sandboxes refuse a call that they do not know.
         if (errno == ENOSYS || errno == EPERM || errno == EINVAL) return requireSameDevice(parent, place);
         return lastError();
     }
@@ -44,7 +44,7 @@ namespace {
 #if defined(O_PATH) && defined(STATX_ATTR_MOUNT_ROOT)
 
 Result<FileDescriptor> openUnlessMounted(int parent, const char* name, int flags) {
-    // To name a place starts no automount, unless it has to be a folder; nor does "." in it.
+    // Naming a place (O_PATH) triggers no automount unless it has to be a folder; nor does opening "." in it.
     constexpr int nameOnly = O_PATH | O_NOFOLLOW | O_CLOEXEC;
     FileDescriptor place(uninterrupted([&] { return ::openat(parent, name, nameOnly); }));
     if (!place) return lastError();
@@ -71,7 +71,7 @@ Measure measureOf(const struct stat& status) {
     if (S_ISDIR(status.st_mode)) return {EntryKind::folder, 0};
     if (S_ISLNK(status.st_mode)) return {EntryKind::link, 0};
     std::int64_t bytes = 0;
-    // A server may answer anything; what cannot be a number of blocks counts as unknown.
+    // A server may answer anything: an impossible number of blocks counts as unknown.
     if (status.st_blocks < 0 || __builtin_mul_overflow(std::int64_t{status.st_blocks}, blockSize, &bytes))
         bytes = std::max<std::int64_t>(status.st_size, 0);
     return {EntryKind::other, bytes};

@@ -16,14 +16,14 @@ namespace vantrel::walking {
 /// started. Elsewhere a mount shows by its device number alone.
 Result<FileDescriptor> openUnlessMounted(int parent, const char* name, int flags);
 
-/// Kind and allocated size out of a stat structure; its length where no number of blocks is known.
+/// Kind and allocated size from a stat structure; its length where the number of blocks is unknown.
 Measure measureOf(const struct stat& status);
 
 inline bool isDotOrDotDot(const char* name) {
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-/// What a record of a directory (dirent or dirent64) says of its entry.
+/// What a record of a directory (dirent or dirent64) says about its entry.
 template <class Record>
 EntryKind kindOf([[maybe_unused]] const Record& record) {
 #ifdef DT_UNKNOWN

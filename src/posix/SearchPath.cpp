@@ -8,8 +8,7 @@ namespace vantrel {
 
 namespace {
 
-/// Where programs are found when nobody says where; what the libraries take then has the working directory in
-/// it.
+/// Used when no entry is left: what libraries would use instead includes the working directory.
 constexpr const char* usualPath = "/usr/local/bin:/usr/bin:/bin";
 
 std::string absoluteEntriesOf(std::string_view list) {

@@ -21,7 +21,7 @@ void occupyStandardDescriptors() {
 }
 
 bool deliverStandardOutput(const char* programName) {
-    errno = EIO;  // of what was lost before, the reason is not known any more
+    errno = EIO;  // the reason for an earlier loss is no longer known
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
     std::fprintf(stderr, "%s: standard output: %s\n", programName, lastError().message().c_str());
     return false;

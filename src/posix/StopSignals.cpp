@@ -17,7 +17,7 @@ void note(int number) {
 
 StopSignals::StopSignals() {
     arrived = 0;
-    // Without SA_RESTART: a copy inside the kernel comes back with what it has done.
+    // Without SA_RESTART, so that a copy inside the kernel returns early with what it has done.
     struct sigaction noting {};
     noting.sa_handler = &note;
     sigemptyset(&noting.sa_mask);

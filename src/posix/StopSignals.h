@@ -6,13 +6,13 @@
 
 namespace vantrel {
 
-/// Long work asks this again and again, on its own thread; true when it is to end. Empty when nobody will
-/// ever want that.
+/// Long work calls this again and again, on its own thread; true tells it to stop. Empty when nobody ever
+/// will.
 using StopRequested = std::function<bool()>;
 
-/// While it lives, the signals that end a program (SIGHUP, SIGINT, SIGQUIT, SIGTERM) are only noted, so that
-/// what was begun can be taken back first. The end of its life lets the one that came do its work. Signals
-/// that are ignored stay so. Signals belong to the whole process, so there is one of these at a time.
+/// While one of these exists, the signals that end a program (SIGHUP, SIGINT, SIGQUIT, SIGTERM) are only
+/// noted, so that unfinished work can be undone first; the destructor raises the one that came last. Ignored
+/// signals stay ignored. Signals belong to the whole process, so there must be only one of these at a time.
 class StopSignals {
 public:
     StopSignals();

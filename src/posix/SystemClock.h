@@ -4,8 +4,8 @@
 
 namespace vantrel {
 
-/// Seconds since the machine started, the time that it slept included, so that what was remembered before a
-/// night is old in the morning. Any thread.
+/// Seconds since the machine started, including the time it slept, so that what was remembered in the evening
+/// is old in the morning. Any thread.
 class SystemClock final : public Clock {
 public:
     Seconds now() const override {

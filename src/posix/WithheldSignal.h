@@ -4,9 +4,9 @@
 
 namespace vantrel {
 
-/// Keeps a signal that a write may raise (SIGPIPE, SIGXFSZ) from this thread while it lives, so that the
-/// write just fails, and takes back one that was raised meanwhile. The process's own handling of the signal
-/// stays as it is, because programs that it starts inherit that.
+/// While it exists, keeps a signal that a write may raise (SIGPIPE, SIGXFSZ) from this thread, so that the
+/// write just fails, and discards one raised meanwhile. The process's own handling of the signal stays as it
+/// is, because programs that it starts inherit that.
 class WithheldSignal {
 public:
     explicit WithheldSignal(int number);

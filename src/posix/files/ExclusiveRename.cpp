@@ -20,7 +20,7 @@ namespace {
     return outcomeOf([&] { return ::renameat(from.folder, from.name.c_str(), to.folder, to.name.c_str()); });
 }
 
-/// A folder may replace an empty folder only, so one made for the purpose reserves the name.
+/// A folder can replace nothing but an empty folder, so making one reserves the name.
 [[nodiscard]] std::error_code renameOverReservedFolder(const ItemReference& from, const ItemReference& to) {
     const auto reserve = [&] { return ::mkdirat(to.folder, to.name.c_str(), 0700); };
     if (const std::error_code taken = outcomeOf(reserve)) return taken;
@@ -38,7 +38,7 @@ namespace {
     return error;
 }
 
-/// Whether a rename without replacing is something that the file system or the kernel does not know.
+/// Whether the file system or the kernel cannot rename without replacing.
 bool isUnsupported(const std::error_code& error) {
     return error == std::errc::invalid_argument || error == std::errc::function_not_supported ||
            error == std::errc::operation_not_supported;
@@ -65,7 +65,7 @@ std::error_code renameBetweenFolders(const ItemReference& from, const ItemRefere
     const FileDescriptor item = openItem(from, O_RDONLY | O_DIRECTORY);
     if (!item || uninterrupted([&] { return ::fchmod(item.number(), mode | S_IWUSR); }) != 0) return error;
     const std::error_code again = renameExclusively(from, to);
-    // The item has its name or not; its permissions do not change that.
+    // Failing to restore the permissions does not change whether the item was renamed.
     (void)uninterrupted([&] { return ::fchmod(item.number(), mode); });
     (void)flushFile(item.number());
     return again;

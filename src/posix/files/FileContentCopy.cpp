@@ -16,8 +16,8 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t bufferSize = std::size_t{256} * 1024;
-/// What the kernel copies at a time, and what is written before the disk is told: so much takes no longer
-/// than somebody who wants to stop it can wait.
+/// How much the kernel copies at a time, and how much is written before it is sent to the disk: little enough
+/// that a request to stop need not wait long.
 constexpr std::size_t largestKernelCopy = std::size_t{4} << 20;
 constexpr off_t writtenAtATime = off_t{16} << 20;
 
@@ -35,7 +35,7 @@ public:
         if (sharesBlocks()) return {};
         if (status.st_size == 0) return copyThroughBuffer(0, std::numeric_limits<off_t>::max());
         if (const std::error_code error = copyData(status)) return error;
-        // Makes the hole at the end. Only where there is one: some file systems flush the file first.
+        // Makes the hole at the end, and only where there is one: some file systems flush the file for this.
         if (writtenEnd_ == end_) return {};
         return uninterrupted([&] { return ::ftruncate(to_, end_); }) == 0 ? std::error_code() : lastError();
     }
@@ -54,7 +54,7 @@ private:
         for (off_t begin = 0; begin < end_;) {
             off_t stop = end_;
             const off_t data = ::lseek(from_, begin, SEEK_DATA);
-            // A file that takes room on the disk holds something: file systems have been wrong about this.
+            // A file that takes up room on the disk holds something, though some file systems deny it.
             const bool isBelievable = begin > 0 || status.st_blocks == 0;
             if (data == -1 && errno == ENXIO && isBelievable) return endAtHole();
             if (data != -1) {
@@ -68,7 +68,7 @@ private:
         return {};
     }
 
-    /// What follows is a hole up to the end, which may have come closer meanwhile.
+    /// The rest is a hole, up to an end that may have come closer since.
     [[nodiscard]] std::error_code endAtHole() {
         const off_t actualEnd = ::lseek(from_, 0, SEEK_END);
         if (actualEnd == -1) return lastError();
@@ -76,11 +76,11 @@ private:
         return {};
     }
 
-    /// After each piece up to `end`: begins to bring it to the disk, and asks whether to go on.
+    /// Called after each piece, which ends at `end`: starts sending it to the disk and asks whether to go on.
     [[nodiscard]] std::error_code pieceIsDone(off_t end) {
         writtenEnd_ = end;
         if (end - handedToDisk_ >= writtenAtATime) {
-            // Only begins; what goes wrong shows when the file is flushed.
+            // This only starts the writing; errors show when the file is flushed.
             ::sync_file_range(to_, handedToDisk_, end - handedToDisk_, SYNC_FILE_RANGE_WRITE);
             handedToDisk_ = end;
         }

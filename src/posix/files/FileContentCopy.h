@@ -10,9 +10,9 @@ namespace vantrel {
 
 /// Copies the content of one open file into another, empty one: by sharing its blocks, else inside the
 /// kernel, else through a buffer; holes stay holes. `status` is the original's; a file that has become
-/// shorter is copied as far as it goes, one of size 0 (as those in /proc say) up to its end. Has what is
-/// written go to the disk at once, so that flushing it in the end does not take long. Blocks; any thread.
-/// Both files are borrowed. On failure there is a part of the copy.
+/// shorter is copied as far as it goes, one of size 0 (as files in /proc claim) up to its end. Starts writing
+/// to the disk as it goes, so that the final flush does not take long. Blocks; any thread. Both files are
+/// borrowed. On failure part of the copy remains.
 [[nodiscard]] std::error_code copyContent(const CopyTask& task, int from, int to, const struct stat& status);
 
 }  // namespace vantrel

@@ -34,7 +34,7 @@ std::array<timespec, 2> timesOf(const struct stat& status) {
     return {status.st_atim, status.st_mtim};
 }
 
-/// Only root may give files away, but everybody may give them to a group of theirs.
+/// Only root may give files away, but everybody may pass theirs on to another of their own groups.
 template <class ChangeOwner>
 void setOwner(const struct stat& original, ChangeOwner changeOwner) {
     if (changeOwner(original.st_uid, original.st_gid) != 0)
@@ -103,7 +103,7 @@ struct LeafCopy {
         return task.written.add(std::move(to));
     }
 
-    /// Descriptors that only wait for their flush make room.
+    /// When descriptors run out, those that only wait to be flushed make room.
     FileDescriptor open(const ItemReference& item, int flags) const {
         FileDescriptor file = openItem(item, flags);
         if (file || !isDescriptorShortage(lastError())) return file;
@@ -114,7 +114,7 @@ struct LeafCopy {
         return openItem(item, flags);
     }
 
-    /// Whether what is written to the original from now on might leave its dates as they are.
+    /// Whether writing to the original from now on might leave its dates unchanged.
     bool mayChangeUnseen(int from, const struct stat& opened) const {
         if (takeLease(from) == LeaseAnswer::hasWriter) return true;
         endLease(from);

@@ -9,11 +9,11 @@
 
 namespace vantrel {
 
-/// Makes a copy of one item that is no folder and whose status was `status`. Links stay links, a FIFO, socket
-/// or device becomes another one of its kind, and none of them is opened. A file is shared with its copy
-/// where the file system can do that, and keeps its holes. Owner, group, permission bits, times and extended
+/// Copies one item, not a folder, whose status was `status`. Links stay links, a FIFO, socket or device
+/// becomes another one of its kind, and none of them is opened. A file shares its blocks with its copy where
+/// the file system can do that, and keeps its holes. Owner, group, permission bits, times and extended
 /// attributes are the original's as far as the file system has them and this user may set them. `copy` must
-/// not exist. On failure there may be a part of the copy. Blocks; any thread, as for the two below.
+/// not exist. On failure part of the copy may remain. Blocks; any thread, as for the two below.
 [[nodiscard]] std::error_code copyLeaf(const CopyTask& task, const ItemReference& original,
                                        const struct stat& status, const ItemReference& copy);
 

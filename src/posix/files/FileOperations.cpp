@@ -65,8 +65,8 @@ bool isSameEntry(const ItemReference& one, const ItemReference& other) {
     return names && std::ranges::find(*names, other.name) == names->end();
 }
 
-/// Waits until a new name has reached the disk, and the going of the old one. What cannot be brought there is
-/// taken back.
+/// Waits until the new name, and the removal of the old one, have reached the disk. Undoes a move that cannot
+/// be flushed.
 [[nodiscard]] std::error_code flushMove(const ItemReference& source, const ItemReference& target) {
     std::error_code error = flushFolder(target.folder);
     if (!error && !isSameFolder(source, target)) error = flushFolder(source.folder);
@@ -75,7 +75,7 @@ bool isSameEntry(const ItemReference& one, const ItemReference& other) {
     return stays ? std::error_code() : error;
 }
 
-/// Everything that a move of an item needs once a rename has turned out not to reach.
+/// Moves an item by copying it, once a rename has turned out not to reach.
 [[nodiscard]] std::error_code moveByCopy(const StopRequested& stop, const ItemReference& source,
                                          const struct stat& status, const ItemReference& target) {
     TreeRecord record;

@@ -25,7 +25,7 @@ Result<std::string> readFilePrefix(const std::string& path, std::size_t limit) {
     const Result<PathLocation> location = PathLocation::of(path);
     if (!location) return location.error();
     struct stat status {};
-    // Looked at first, because already the opening of a device can do something.
+    // Checked before opening, because merely opening a device can have effects.
     if (uninterrupted([&] { return ::fstatat(location->folder(), location->path(), &status, 0); }) != 0) {
         return lastError();
     }

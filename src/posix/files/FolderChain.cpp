@@ -27,7 +27,7 @@ public:
         for (auto made = made_.begin(); made != made_.end() && !error; ++made)
             error = flushFolder(made->folder);
         if (error) {
-            // One that somebody has put something into stays.
+            // A folder that somebody has put something into stays.
             for (auto made = made_.rbegin(); made != made_.rend(); ++made)
                 (void)unlinkItem(*made, AT_REMOVEDIR);
         }
@@ -66,7 +66,7 @@ private:
         return {};
     }
 
-    /// Through links too: they are part of the way.
+    /// Follows links too: they are part of the way.
     static FileDescriptor open(int folder, const std::string& name) {
         return FileDescriptor(
             uninterrupted([&] { return ::openat(folder, name.c_str(), passingFlags | O_CLOEXEC); }));

@@ -54,7 +54,7 @@ Result<std::vector<std::string>> FolderStack::names() {
     return names;
 }
 
-/// All but the innermost. Answers whether there was one to close.
+/// Closes all but the innermost. Returns whether any was open.
 bool FolderStack::closeOuterFolders() {
     bool wasOpen = false;
     for (std::size_t outer = 0; outer + 1 < levels_.size(); ++outer) {
@@ -65,8 +65,8 @@ bool FolderStack::closeOuterFolders() {
 }
 
 Result<std::vector<std::string>> namesIn(int folder) {
-    // A second descriptor, because the stream closes its own; not by name, because that needs a permission
-    // more than reading does.
+    // A second descriptor, because the stream closes its own; duplicated, because opening by name needs one
+    // more permission than reading does.
     FileDescriptor own(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
     if (!own) return lastError();
     const std::unique_ptr<DIR, StreamCloser> stream(::fdopendir(own.number()));

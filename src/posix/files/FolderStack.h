@@ -11,9 +11,8 @@
 namespace vantrel {
 
 /// The way down from one open folder into the folders below it, of any depth, with a bounded number of
-/// descriptors: the outer ones are closed on the way, sooner where descriptors are short, and found again
-/// through ".." - and only taken for the same folder when they are. Links are never followed. One thread at a
-/// time.
+/// descriptors: outer folders are closed on the way, sooner when descriptors run short, and reopened through
+/// "..", provided that this still leads to the same folder. Links are never followed. One thread at a time.
 class FolderStack {
 public:
     /// `base` is borrowed.

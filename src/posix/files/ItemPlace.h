@@ -12,9 +12,9 @@
 
 namespace vantrel {
 
-/// An item, there or not, as an open folder, which is borrowed, and the item's name in it. What is done to
-/// the pair stays in that folder, whatever happens to the folder's path meanwhile. Any thread may call the
-/// functions below; they fail as the system calls do that they make.
+/// An item, existing or not, given by an open folder, which is borrowed, and a name in it. Whatever happens
+/// to the folder's path meanwhile, what is done through the pair is done in that folder. Any thread may call
+/// the functions below; they fail as the system calls that they make.
 struct ItemReference {
     int folder = -1;
     std::string name;
@@ -38,20 +38,20 @@ Result<struct stat> statusOf(const ItemReference& item);
 /// Where a link leads.
 Result<std::string> targetOfLink(const ItemReference& link);
 
-/// How to open a folder to list it, a folder only to get at what is in it, and a file without waiting for the
+/// Flags to list a folder, to reach no more than what is in it, and to read a file without waiting for the
 /// other end of a FIFO.
 constexpr int listingFlags = O_RDONLY | O_DIRECTORY | O_NONBLOCK;
 constexpr int passingFlags = O_PATH | O_DIRECTORY;
 constexpr int readingFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY;
 
-/// Opens the item itself: a link is not followed. O_CLOEXEC is added; a new file is its owner's alone. Holds
-/// nothing on failure, and the reason is in errno.
+/// Opens the item itself: a link is not followed. O_CLOEXEC is added; only its owner may use a new file. On
+/// failure the result is empty and the reason is in errno.
 [[nodiscard]] FileDescriptor openItem(const ItemReference& item, int flags);
 
 /// unlinkat(2).
 [[nodiscard]] std::error_code unlinkItem(const ItemReference& item, int flags = 0);
 
-/// Nothing when the name is free in that folder; file_exists when it is taken, also by a dangling link.
+/// No error when the name is free in that folder; file_exists when it is taken, even by a dangling link.
 [[nodiscard]] std::error_code requireFree(const ItemReference& item);
 
 /// Whether nothing has that name in that folder.

@@ -28,7 +28,7 @@ constexpr std::string_view ourPrefix = ".vantrel-";
 constexpr std::string_view asidePrefix = ".vantrel-aside-";
 constexpr mode_t everybodyElse = 077;
 
-/// Between the making of a workplace and its lock there is a moment; nobody needs so long for it.
+/// A workplace is locked a moment after it is made; no live process takes this long in between.
 constexpr std::time_t longestMoment = 60;  // seconds
 
 /// A workplace, as far as its name goes.
@@ -58,7 +58,7 @@ void clear(const Leftover& leftover, VolumeKind kind) {
     if (leftover.owner != MarkedProcess::ended && !isOld(status)) return;
     const Result<struct stat> named = statusOf(leftover.place);
     if (!named || !isSameFile(*named, status)) return;
-    // What fails here the next operation will try again.
+    // The next operation will retry what fails here.
     if (leftover.purpose == Workplace::Purpose::copy) {
         (void)removeContents(opened.number());
     } else if (const auto names = namesIn(opened.number())) {
@@ -88,7 +88,7 @@ void clearIfOurs(const ItemReference& item, VolumeKind kind) {
     }
 }
 
-/// Names that may be ours. Not all names: a folder may have very many.
+/// Only the names that may be ours: a folder may have very many others.
 std::vector<std::string> ourNamesIn(int folder) {
     std::vector<std::string> names;
     DIR* const stream = ::fdopendir(folder);

@@ -19,7 +19,7 @@ namespace vantrel {
 
 namespace {
 
-/// Where distributions mount parts of the system, so that desktops do not look for a trash there.
+/// Where distributions mount parts of the system; desktops look for no trash there.
 constexpr std::array<std::string_view, 14> systemFolders = {
     "/",    "/boot", "/boot/efi", "/etc", "/home",      "/opt",     "/root",
     "/srv", "/tmp",  "/usr",      "/var", "/usr/local", "/var/log", "/var/tmp",

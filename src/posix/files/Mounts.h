@@ -11,7 +11,7 @@ namespace vantrel {
 struct Mount {
     std::uint64_t number = 0;
     std::string topFolder;  ///< absolute path without links
-    /// Whether people keep files there: it is not in memory only and no folder of the system's.
+    /// Whether people keep files there: it is neither in memory only nor one of the system's folders.
     bool keepsTrash = false;
 };
 

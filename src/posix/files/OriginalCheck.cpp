@@ -21,7 +21,7 @@ namespace vantrel {
 
 namespace {
 
-/// As many bytes as there are up to the size of the buffer; fewer at the end of the file only.
+/// Reads until the buffer is full or the file ends, and returns the number of bytes.
 std::optional<std::size_t> fill(int file, off_t offset, std::vector<char>& buffer) {
     std::size_t filled = 0;
     while (filled < buffer.size()) {
@@ -56,7 +56,7 @@ std::optional<std::size_t> fill(int file, off_t offset, std::vector<char>& buffe
     return isUnchanged ? std::error_code() : busy();
 }
 
-/// Goes through one item, an original or its copy, as the record says. Base of those who look at one only.
+/// Goes through one item, an original or its copy, as the record says: the base of what looks at only one.
 class OneTree {
 public:
     [[nodiscard]] std::error_code leave(const TreeRecord::Entry&) { return stack_.leave(); }
@@ -70,7 +70,7 @@ protected:
         return {stack_.current(), isTop(entry) ? top_.name : entry.name};
     }
 
-    /// Into a folder, which must hold the names that the record has of it.
+    /// Enters a folder, which must hold exactly the names that the record has for it.
     [[nodiscard]] std::error_code enterUnchanged(const TreeRecord::Entry& entry, std::size_t index) {
         if (const std::error_code error = stack_.enter(itemOf(entry).name)) return error;
         Result<std::vector<std::string>> names = stack_.names();

@@ -45,18 +45,18 @@ protected:
 /// The failure that means: somebody else is working on it.
 [[nodiscard]] std::error_code busy();
 
-/// Whether an original stands in its place as it was copied: nothing came, went or was changed in any way. An
-/// item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted. Blocks; any
-/// thread, as for the two below.
+/// Whether an original is still in its place and as it was copied: nothing was added, removed or changed in
+/// any way. An item that can never be removed (chattr +i, +a) is refused too, with operation_not_permitted.
+/// Blocks; any thread, as for the two below.
 [[nodiscard]] std::error_code checkInPlace(const TreeRecord& record, const ItemReference& original);
 
-/// The same for a folder that was given another name meanwhile, where nobody finds it any more: nobody has a
-/// file in it open for writing either, and what could have been changed without a trace is compared with the
-/// copy. device_or_resource_busy when it is not so.
+/// The same for a folder that has been renamed to where nobody finds it: in addition, nobody may have a file
+/// in it open for writing, and whatever could have been changed without a trace is compared with the copy.
+/// device_or_resource_busy otherwise.
 [[nodiscard]] std::error_code checkSetAside(const TreeRecord& record, const ItemReference& original,
                                             const ItemReference& copy);
 
-/// Whether a copy is still as it was made, before others could see it: `seen` is when they could.
+/// Whether a copy is still as it was made. `seen` is when others could first see it.
 [[nodiscard]] std::error_code checkCopy(const TreeRecord& record, const ItemReference& copy,
                                         const timespec& seen);
 

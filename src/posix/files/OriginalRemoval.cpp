@@ -13,7 +13,8 @@ namespace vantrel {
 
 namespace {
 
-/// Nothing more can be made there. Then the original gets a hidden name where it is: that needs no room.
+/// Whether nothing more can be made there. The original then gets a hidden name where it is: that needs no
+/// room.
 bool isFull(const std::error_code& error) {
     return error == std::errc::no_space_on_device || error == std::errc::too_many_links ||
            error == std::error_code(EDQUOT, std::generic_category());
@@ -29,7 +30,7 @@ std::error_code OriginalRemoval::run() {
                         : ItemReference{original_.folder, nameAside(original_.name)};
     const std::error_code error = record_.top().state.isFolder() ? removeFolder() : removeLeaf();
     workplace_.reset();
-    // Should the original come back after a power cut, nothing is lost: there are two then.
+    // If a power cut brings the original back, nothing is lost: there are then two.
     (void)flushFolder(original_.folder);
     return error;
 }
@@ -49,7 +50,7 @@ std::error_code OriginalRemoval::removeFolder() {
 }
 
 std::error_code OriginalRemoval::putBack(std::error_code reason) {
-    // Asked more than once, for an error that passes must not leave it out of sight.
+    // Retried, so that a passing error does not leave the original out of sight.
     for (int attempt = 0; attempt < 3 && renameToFreeName(aside_, original_); ++attempt) {
     }
     return reason;

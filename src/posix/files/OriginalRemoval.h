@@ -9,9 +9,9 @@
 
 namespace vantrel {
 
-/// The end of a move that had to copy: takes the original away once its copy is on the disk under its final
-/// name. Nothing is removed but what the record has, each item only after it was taken out of everybody's
-/// reach and looked at there, so that whatever somebody does to the original at any moment stays. Blocks; one
+/// The end of a move that had to copy: removes the original once its copy is on the disk under its final
+/// name. Removes nothing but what is in the record, and each item only after it was moved out of everybody's
+/// reach and checked there, so that whatever anybody does to the original at any moment is kept. Blocks; one
 /// thread at a time.
 class OriginalRemoval {
 public:

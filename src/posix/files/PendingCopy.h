@@ -12,20 +12,20 @@
 
 namespace vantrel {
 
-/// A copy in the making, out of sight beside its target. What is not put in place is removed. One thread at a
+/// A copy in the making, out of sight beside its target; removed unless it is put in place. One thread at a
 /// time; its functions block.
 class PendingCopy {
 public:
     /// All borrowed.
     PendingCopy(const StopRequested& stop, const ItemReference& target) : stop_(stop), target_(target) {}
 
-    /// Makes the copy and waits until all of it is on the disk. `record` gets the originals, where there is
-    /// one.
+    /// Makes the copy and waits until all of it is on the disk. `record`, if not null, receives the
+    /// originals.
     [[nodiscard]] std::error_code make(const ItemReference& source, const struct stat& status,
                                        TreeRecord* record);
 
-    /// Gives the copy its name and waits until that is on the disk as well; it has it or, on failure, nothing
-    /// is left of the copy.
+    /// Gives the copy its name and waits until that is on the disk as well. On failure nothing is left of the
+    /// copy.
     [[nodiscard]] std::error_code putInPlace();
 
     /// Removes the copy after it was put in place, unless somebody has found and changed it there meanwhile.

@@ -9,7 +9,7 @@ namespace vantrel {
 /// operation holds back the signals that would end the program.
 class PosixFileManager final : public FileManager {
 public:
-    /// Fails as open(2) and readdir(3) do. What cannot be looked at, a dangling or looping link among it, is
+    /// Fails as open(2) and readdir(3) do. What cannot be looked at, such as a dangling or looping link, is
     /// in the list as `PathTarget::missing`.
     Result<std::vector<DirectoryEntry>> contentsOfDirectory(const std::string& path,
                                                             const NameFilter& wanted) override;
@@ -18,7 +18,7 @@ public:
     std::optional<FileIdentity> identityOf(const std::string& path) override;
     std::vector<FileIdentity> ancestryOf(const std::string& path) override;
     std::vector<std::string> trashFoldersFor(const std::string& path) override;
-    /// What this user may still fill (f_bavail), which is less than what is free where some is reserved.
+    /// What this user may still fill (f_bavail): less than is free where some of it is reserved.
     std::optional<VolumeCapacity> volumeCapacity(const std::string& path) override;
 
     // Described at FileOperations, Trash and readFilePrefix.

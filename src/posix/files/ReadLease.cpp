@@ -8,8 +8,8 @@
 namespace vantrel {
 
 LeaseAnswer takeLease(int file) {
-    // Whoever waits is announced by a signal: not by SIGIO, which would end this program, but by one that
-    // does nothing unless somebody asks for it.
+    // A waiting writer is announced by a signal: SIGURG, which does nothing by default, instead of SIGIO,
+    // which would end this program.
     if (::fcntl(file, F_SETSIG, SIGURG) != 0) return LeaseAnswer::unknown;
     if (::fcntl(file, F_SETLEASE, F_RDLCK) == 0) return LeaseAnswer::held;
     return errno == EAGAIN ? LeaseAnswer::hasWriter : LeaseAnswer::unknown;

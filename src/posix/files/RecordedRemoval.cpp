@@ -29,7 +29,7 @@ std::error_code RecordedRemoval::run() {
 
 std::error_code RecordedRemoval::enter(const TreeRecord::Entry& entry, std::size_t) {
     const std::string& name = nameOf(entry);
-    // Read-only folders are emptied too. Where this is refused, what follows says so.
+    // Read-only folders are emptied too. If this is refused, the next steps fail and say so.
     if ((entry.state.mode & ownersBits) != ownersBits) {
         (void)uninterrupted(
             [&] { return ::fchmodat(original_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW); });
@@ -49,7 +49,7 @@ std::error_code RecordedRemoval::leaf(const TreeRecord::Entry& entry) {
     Subject subject{entry, {}, false, {}};
     const std::error_code error = lookAt(subject);
     const ItemReference item = originalOf(entry);
-    // What somebody else has removed needs no removing.
+    // An item that somebody else has removed need not be removed.
     if (error) return isGone(item) ? std::error_code() : error;
     if (outOfReach_.folder < 0) {
         if (const std::error_code changed = lookAgain(subject, item)) return changed;
@@ -59,15 +59,16 @@ std::error_code RecordedRemoval::leaf(const TreeRecord::Entry& entry) {
     if (const std::error_code refused = renameExclusively(item, there))
         return isGone(item) ? std::error_code() : refused;
     std::error_code reason = lookAgain(subject, there);
-    // A file that is removed while it is open stays under another name for a while on NFS.
+    // On NFS a file that is removed while open stays for a while under another name.
     if (!subject.isLeased) subject.file.close();
     if (!reason) reason = unlink(there);
-    // Asked twice, for an error that passes must not cost the item its place.
+    // Tried twice, so that a passing error does not cost the item its place.
     if (reason && renameToFreeName(there, item)) (void)renameToFreeName(there, item);
     return reason;
 }
 
-/// Before it is touched. Nobody must have it open for writing, and from here on nobody gets it so.
+/// Checks an item before it is touched. Nobody may have it open for writing, and from here on nobody can open
+/// it so.
 std::error_code RecordedRemoval::lookAt(Subject& subject) const {
     const ItemState& recorded = subject.entry.state;
     const ItemReference item = originalOf(subject.entry);
@@ -82,12 +83,12 @@ std::error_code RecordedRemoval::lookAt(Subject& subject) const {
     if (!status) return status.error();
     subject.status = *status;
     const ItemState now = ItemState::of(subject.status);
-    // Removing another name of the file has changed it.
+    // Removing another name of the same file has changed it.
     const bool isSame = recorded.names > 1 ? recorded.isSameButForName(now) : recorded.isUnchanged(now);
     return isSame ? std::error_code() : busy();
 }
 
-/// Where nobody else reaches it any more.
+/// Checks it again where nobody else can reach it any more.
 std::error_code RecordedRemoval::lookAgain(const Subject& subject, const ItemReference& place) const {
     const Result<struct stat> status = statusOf(place);
     if (!status) return status.error();
@@ -101,7 +102,7 @@ std::error_code RecordedRemoval::lookAgain(const Subject& subject, const ItemRef
     if (uninterrupted([&] { return ::fstat(file, &opened); }) != 0) return lastError();
     if (!isSameFile(opened, *status)) return busy();
     if (isTop(subject.entry) && extendedAttributesOf(file) != record_.topAttributes) return busy();
-    // Without a lease nothing but the content itself tells of a change between the two looks.
+    // Without a lease, only the content itself shows a change between the two checks.
     if (subject.entry.isUncertain || (!subject.isLeased && isTop(subject.entry))) {
         if (const std::error_code error = compareContent(file, subject.entry)) return error;
     }
@@ -110,7 +111,7 @@ std::error_code RecordedRemoval::lookAgain(const Subject& subject, const ItemRef
 
 ItemReference RecordedRemoval::placeOutOfReach(const TreeRecord::Entry& entry) const {
     if (isTop(entry)) return outOfReach_;
-    // The folder set aside stands there as well.
+    // The name of the folder set aside is already taken there.
     return {outOfReach_.folder, entry.name == originalTop_.name ? "removed" : entry.name};
 }
 
@@ -120,7 +121,8 @@ std::error_code RecordedRemoval::unlink(const ItemReference& item, int flags) {
     return {};
 }
 
-/// Those that were entered look as before again, as far as they can: the removal has failed already.
+/// Gives the entered folders their modes back, and their dates if nothing was removed. What fails is ignored:
+/// the removal has failed already.
 void RecordedRemoval::restoreFolders() {
     for (; !open_.empty(); open_.pop_back()) {
         const ItemState& state = open_.back()->state;

@@ -6,14 +6,14 @@
 
 namespace vantrel {
 
-/// Removes the items of a record one by one. Each is first taken into a folder where nobody else reaches it
-/// and looked at there; one that is not as it was recorded gets its place back and ends the removal
+/// Removes the items of a record one by one. Each is first moved into a folder where nobody else can reach it
+/// and checked there; one that differs from its record is put back and ends the removal
 /// (device_or_resource_busy), as does a folder that holds anything else (directory_not_empty). Blocks; one
 /// thread at a time.
 class RecordedRemoval : SideBySide {
 public:
-    /// `outOfReach` is that folder, and the name that the top item gets there if it is no folder; a folder of
-    /// -1 where there could be none, so that the looking comes just before the removing.
+    /// `outOfReach` is that folder, and the name that the top item gets there unless it is a folder. The
+    /// folder is -1 where none could be made: items are then checked just before they are removed.
     RecordedRemoval(const TreeRecord& record, const ItemReference& original, const ItemReference& copy,
                     ItemReference outOfReach)
         : SideBySide(record, original, copy), outOfReach_(std::move(outOfReach)) {}

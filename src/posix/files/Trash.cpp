@@ -83,7 +83,8 @@ bool Trash::isHomeMount(const Mount& mount) const {
             const Result<Mount> own = settings_.findMount(folder->number(), withoutLinks(place));
             return own && own->number == mount.number;
         }
-        // A file in the folder's place still tells where it stands; what is wrong with it shows later.
+        // Missing, or not a folder: the answer depends on what it stands in. Whatever is wrong with it shows
+        // later.
         if (place == "/") return false;
         place = paths::deletingLastComponent(place);
     }

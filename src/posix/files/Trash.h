@@ -11,9 +11,9 @@
 
 namespace vantrel {
 
-/// Puts items into the user's trash after the freedesktop.org Trash specification 1.0: the home trash for
-/// what lies on its file system, else a trash at the top of the item's own. Items are only ever renamed; what
-/// cannot be trashed stays where it is. Blocks; one thread at a time.
+/// Puts items into the user's trash as the freedesktop.org Trash specification 1.0 says: into the home trash
+/// if they lie on its file system, else into a trash at the top of their own. Items are only ever renamed;
+/// what cannot be trashed stays where it is. Blocks; one thread at a time.
 class Trash {
 public:
     /// Tells the mount of an open folder whose absolute path, without links, is given.
@@ -35,8 +35,8 @@ public:
     /// kept.
     [[nodiscard]] std::error_code put(const std::string& path) const;
 
-    /// The folders to which `put` adds something when it gets that item: those of the home trash, or those of
-    /// both trashes that the item's own file system may have. Empty where the item has none.
+    /// The folders to which `put` would add something for that item: those of the home trash, or those of
+    /// both trashes that the item's own file system may have. Empty where the item has no trash.
     std::vector<std::string> foldersFor(const std::string& path) const;
 
 private:

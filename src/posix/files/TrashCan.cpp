@@ -35,7 +35,7 @@ std::string now() {
 
 std::string_view shortened(std::string_view name, std::size_t limit) {
     if (name.size() <= limit) return name;
-    // At most three bytes follow the first one of a character; more are none.
+    // At most three bytes follow the first one of a character; more are not UTF-8.
     for (int steps = 0; steps < 3 && limit > 0 && text::continuesCodePoint(name[limit]); ++steps) --limit;
     return name.substr(0, limit);
 }
@@ -134,7 +134,7 @@ std::error_code TrashCan::put(const ItemReference& item, const std::string& path
         error = rename(item, name);
         if (!error) return {};
         (void)unlinkItem(infoFile);  // an info without an item is harmless
-        // A file without its info, left behind by somebody, keeps its name.
+        // A file that somebody left there without its info keeps its name.
         if (error != std::errc::file_exists) return error;
     }
     return std::make_error_code(std::errc::file_exists);

@@ -11,14 +11,14 @@ namespace vantrel {
 /// One trash folder with its "files" and "info". One thread at a time; both functions block.
 class TrashCan {
 public:
-    /// Opens the can in a folder that is there, and makes what is missing in it. Refuses what belongs to
-    /// somebody else and links in place of its folders (permission_denied). `topFolder` is what paths in it
-    /// are relative to; empty for absolute ones.
+    /// Opens the can in an existing folder, and makes what is missing in it. Refuses what belongs to somebody
+    /// else, and links in place of its folders (permission_denied). `topFolder` is what paths in it are
+    /// relative to; empty for absolute ones.
     static Result<TrashCan> open(FileDescriptor folder, std::string topFolder);
 
-    /// Renames the item into the can, after its info file was written under a name that nothing in the can
-    /// has; the info is on the disk before the item is in the can, and that is when this returns. `path` is
-    /// the item's absolute path without links. On failure the item is where it was and the can as it was.
+    /// Renames the item into the can, after writing its info file under a name not yet used in the can. The
+    /// info is on the disk before the item is in the can, and both are when this returns. `path` is the
+    /// item's absolute path without links. On failure the item is where it was and the can as it was.
     [[nodiscard]] std::error_code put(const ItemReference& item, const std::string& path) const;
 
 private:
@@ -35,7 +35,7 @@ private:
     std::string topFolder_;
 };
 
-/// Opens a folder of this user's own, which is made when it is missing. permission_denied when it is somebody
+/// Opens a folder of this user's own, and makes it if it is missing. permission_denied when it is somebody
 /// else's; a link in its place is refused. Any thread.
 Result<FileDescriptor> openOwnFolder(const ItemReference& place, int flags);
 

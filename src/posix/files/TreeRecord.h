@@ -13,7 +13,7 @@
 
 namespace vantrel {
 
-/// How an item stood at one moment, as far as somebody's change to it would show.
+/// The state of an item at one moment, in all that would show a change to it.
 struct ItemState {
     mode_t mode = 0;
     uid_t owner = 0;
@@ -58,8 +58,8 @@ public:
     struct Entry {
         std::string name;
         ItemState state;
-        std::size_t end = 0;  ///< index behind the last entry below this one
-        /// A change to its content may show nowhere else.
+        std::size_t end = 0;  ///< one past the index of the last entry below this one
+        /// Whether its content may have changed without any other trace.
         bool isUncertain = false;
     };
 

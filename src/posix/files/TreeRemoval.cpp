@@ -68,7 +68,7 @@ private:
     }
 
     void enter(const std::string& name, const struct stat& status) {
-        // Read-only folders are emptied too. Where this is refused, what follows says so.
+        // Read-only folders are emptied too. If this is refused, the next steps fail and say so.
         if ((status.st_mode & ownersBits) != ownersBits) {
             (void)uninterrupted(
                 [&] { return ::fchmodat(stack_.current(), name.c_str(), ownersBits, AT_SYMLINK_NOFOLLOW); });
@@ -82,7 +82,7 @@ private:
         open_.back().names = std::move(*names);
     }
 
-    /// Answers whether this is still the way that led down.
+    /// Returns whether this is still the way that led down.
     bool removeEmptied() {
         const std::string name = std::move(open_.back().name);
         open_.pop_back();

@@ -19,7 +19,7 @@ namespace vantrel {
 namespace {
 
 constexpr mode_t everybodyElse = 077;
-constexpr uid_t nobody = 65534;  // whom servers call the root of another machine
+constexpr uid_t nobody = 65534;  // how servers show the root of another machine
 
 /// Whether an open folder can be the one that this process has just made in `parent`.
 bool isOwn(int parent, int folder) {
@@ -31,7 +31,7 @@ bool isOwn(int parent, int folder) {
     }
     const bool isOurs = status.st_uid == ::geteuid();
     if (volumeKindOf(folder) == VolumeKind::native) return isOurs && (status.st_mode & everybodyElse) == 0;
-    // All that such a file system has may seem to belong to one user, and to be open to all.
+    // On such a file system everything may seem to belong to one user and to be open to all.
     return isOurs || status.st_uid == around.st_uid || status.st_uid == nobody;
 }
 
@@ -57,7 +57,7 @@ std::error_code Workplace::open() {
     own_ = std::move(opened);
     // A sign of life for others; the name tells the same where locks do not work.
     (void)uninterrupted([&] { return ::flock(own_.number(), LOCK_EX | LOCK_NB); });
-    // What the folder around hands down to everything made in it is not meant for a copy with its own access.
+    // The access lists inherited from the folder around are not meant for a copy, which has its own.
     for (const char* const list : {"system.posix_acl_default", "system.posix_acl_access"})
         ::fremovexattr(own_.number(), list);
     reserve_ = FileDescriptor(::fcntl(own_.number(), F_DUPFD_CLOEXEC, 0));
@@ -67,8 +67,8 @@ std::error_code Workplace::open() {
 void Workplace::remove() {
     reserve_.close();
     if (place_.name.empty()) return;
-    // An error that passes, such as a descriptor short, must not leave anything behind. What does stay, a
-    // later operation clears away.
+    // A passing error, such as a shortage of descriptors, must not leave anything behind. A later operation
+    // clears away what does stay.
     for (int attempt = 0; attempt < 3; ++attempt) {
         if (own_ && purpose_ == Purpose::copy) (void)removeContents(own_.number());
         if (!unlinkItem(place_, AT_REMOVEDIR)) break;

@@ -11,20 +11,19 @@
 namespace vantrel {
 
 /// A hidden folder of this process's own in a folder that it works in: nobody else may enter it, so names in
-/// it mean what this process made them mean. It is locked while it is in use, and its name says whose it is;
-/// what a process that ended on the way has left is found by that (see `clearLeftovers`). One thread at a
-/// time.
+/// it mean what this process made them mean. It is locked while in use, and its name says whose it is, so
+/// that what an interrupted process left can be found (see `clearLeftovers`). One thread at a time.
 class Workplace {
 public:
-    /// `copy`: for what is being made and goes when it is not finished. `original`: for somebody's data, set
-    /// aside, which gets its place back and is never removed with the workplace.
+    /// `copy`: for what is being made, which is removed unless finished. `original`: for somebody's data, set
+    /// aside, which is put back and never removed with the workplace.
     enum class Purpose : std::uint8_t { copy, original };
 
     /// What the names of such folders begin with.
     static std::string_view prefixOf(Purpose purpose);
 
-    /// Makes one in an open folder, which is borrowed. permission_denied when what stands under its name is
-    /// not what was made: somebody has exchanged the two.
+    /// Makes one in an open folder, which is borrowed. permission_denied when its name leads to something
+    /// other than what was made: somebody has swapped it.
     static Result<Workplace> make(int folder, Purpose purpose);
 
     Workplace(Workplace&& other) noexcept
@@ -38,7 +37,7 @@ public:
     /// The open folder.
     int number() const { return own_.number(); }
 
-    /// Takes the folder away, a copy's with all that is in it. The end of its life does so too.
+    /// Removes the folder, a copy's with all that is in it. The destructor does so too.
     void remove();
 
 private:

@@ -13,8 +13,8 @@ namespace vantrel {
 
 namespace {
 
-/// Up to here flushing each costs hardly more than flushing all, and waits for nothing that others have
-/// written.
+/// Up to this many, flushing each costs hardly more than flushing everything, and waits for nothing that
+/// others have written.
 constexpr std::size_t fewFiles = 4;
 
 bool isUnsupported(const std::error_code& error) {
@@ -22,7 +22,7 @@ bool isUnsupported(const std::error_code& error) {
            error == std::errc::operation_not_supported;
 }
 
-/// Some file systems report a full disk only now.
+/// Some file systems report a full disk only when a file is closed.
 [[nodiscard]] std::error_code closed(FileDescriptor file) {
     return ::close(file.release()) == 0 ? std::error_code() : lastError();
 }
@@ -68,7 +68,7 @@ std::error_code WrittenFiles::flush() {
         if (uninterrupted([&] { return ::syncfs(folder_); }) != 0) return lastError();
         return giveUpDescriptors();
     }
-    // All are on their way before the first is waited for, so that it does not take much longer than one.
+    // All are started before the first is waited for, so that together they take little longer than one.
     for (const FileDescriptor& file : kept_) {
         ::sync_file_range(file.number(), 0, 0, SYNC_FILE_RANGE_WRITE);
     }

@@ -9,9 +9,9 @@
 
 namespace vantrel {
 
-/// What an operation has written to one file system and what has to reach the disk before it counts. Few
-/// files are flushed one by one when all are written, many by one syncfs(2), which costs less but pays for
-/// what others have written too; where syncfs(2) does not reach, each file is flushed as it is finished. One
+/// What an operation has written to one file system and what has to reach the disk before it counts. A few
+/// files are flushed one by one when all are written, many by one syncfs(2), which costs less but also waits
+/// for what others have written; where syncfs(2) does not reach, each file is flushed as it is finished. One
 /// thread at a time; flushing blocks. Failures are those of fsync(2), syncfs(2) and close(2).
 class WrittenFiles {
 public:
@@ -41,9 +41,8 @@ private:
     std::vector<FileDescriptor> kept_;
 };
 
-/// Waits until what happened to the entries of an open folder has reached the disk. The descriptor may be one
-/// that passes through only (O_PATH). No error where there is no such flushing, or where this user may not
-/// read the folder.
+/// Waits until what happened to the entries of an open folder has reached the disk. The descriptor may be an
+/// O_PATH one. No error where folders cannot be flushed, or where this user may not read the folder.
 [[nodiscard]] std::error_code flushFolder(int folder);
 
 /// fsync(2) for a file or a folder; no error where the file system knows no such thing.
