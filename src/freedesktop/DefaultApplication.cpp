@@ -31,7 +31,7 @@ bool start(GAppInfo* application, const std::string& path) {
     const Result<FileDescriptor> folder = launching::openToEnter(paths::deletingLastComponent(path));
     ChildSetup setup{folder ? folder->number() : -1};
     const FileDescriptor null(::open("/dev/null", O_RDWR | O_CLOEXEC));
-    // Without a callback for its number the child is nobody's to wait for.
+    // Without a callback for its process number, nobody has to wait for the child.
     return g_desktop_app_info_launch_uris_as_manager_with_fds(
                G_DESKTOP_APP_INFO(application), &urls, nullptr, G_SPAWN_SEARCH_PATH, &setUpChild, &setup,
                nullptr, nullptr, null.number(), null.number(), null.number(), nullptr) == TRUE;
@@ -41,7 +41,7 @@ bool start(GAppInfo* application, const std::string& path) {
 
 OpeningOutcome openWithDefaultApplication(const std::string& path) {
     const ObjectPointer<GDBusConnection> bus = sessionBus();
-    // The local files of GIO itself: its extensions would start their services first.
+    // By GIO's own access to local files: its extensions would start their services first.
     const ObjectPointer<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
     GError* reason = nullptr;
     const ObjectPointer<GAppInfo> application(g_file_query_default_handler(file.get(), nullptr, &reason));

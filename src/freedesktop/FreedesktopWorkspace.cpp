@@ -22,7 +22,7 @@ void inBackground(Work work) {
     try {
         std::thread(std::move(work)).detach();
     } catch (const std::system_error&) {
-        // No thread to be had: the request fails, as silently as the others.
+        // No thread could be started: the request fails, as silently as the others.
     }
 }
 
@@ -56,7 +56,7 @@ std::vector<std::string> wordsOf(const std::string& text) {
     return words;
 }
 
-/// What $TERMINAL says: a program, or one with arguments. No shell looks at it.
+/// What $TERMINAL names: a program, perhaps with arguments. No shell interprets it.
 std::vector<std::string> preferredTerminal() {
     const char* const value = std::getenv("TERMINAL");
     if (value == nullptr) return {};

@@ -22,7 +22,7 @@ bool isExecutableFile(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
 }
 
-/// All that a child needs, made before the fork: behind it only async-signal-safe functions may run.
+/// All that a child needs, made before the fork: after it only async-signal-safe functions may run.
 struct Plan {
     std::vector<char*> arguments;
     FileDescriptor folder;
@@ -35,7 +35,7 @@ Result<Plan> prepare(const std::vector<std::string>& arguments, const std::strin
     Plan plan;
     for (const std::string& argument : arguments)
         plan.arguments.push_back(
-            const_cast<char*>(argument.c_str()));  // execv takes them so and writes nothing
+            const_cast<char*>(argument.c_str()));  // execv wants them so but modifies nothing
     plan.arguments.push_back(nullptr);
     if (!folder.empty()) {
         Result<FileDescriptor> opened = openToEnter(folder);
@@ -76,7 +76,7 @@ void takeDefaultSignals() {
     reportAndExit(plan);
 }
 
-/// The process in between: its end leaves the program to init.
+/// The process in between, whose end leaves the program to init.
 [[noreturn]] void becomeParentOfProgram(const Plan& plan) {
     ::setsid();
     const pid_t program = ::fork();
@@ -97,7 +97,7 @@ std::optional<std::string> programOnPath(const std::string& name) {
         const std::size_t colon = folders.find(':');
         const std::string_view folder = folders.substr(0, colon);
         folders.remove_prefix(colon == std::string_view::npos ? folders.size() : colon + 1);
-        // Others, the empty one among them, begin at the working directory, which may be anybody's.
+        // Others, including the empty one, begin at the working directory, which may be anybody's.
         if (!folder.starts_with('/')) continue;
         std::string candidate(folder);
         candidate += '/' + name;

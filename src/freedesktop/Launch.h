@@ -15,7 +15,7 @@ namespace vantrel::launching {
 /// where it is absolute and executable. Nothing is ever looked up in the working directory.
 std::optional<std::string> programOnPath(const std::string& name);
 
-/// A descriptor for fchdir(2), whose caller needs to be allowed to enter the folder but not to read it.
+/// A descriptor for fchdir(2). This needs permission to enter the folder, but not to read it.
 Result<FileDescriptor> openToEnter(const std::string& folder);
 
 /// Starts the program at the path `arguments[0]` with the folder as its working directory, or this process's

@@ -36,8 +36,8 @@ bool isSilence(const ErrorPointer& error) {
            g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_WOULD_BLOCK) == TRUE;
 }
 
-/// Whether whoever listens there answers the first line that every client of a bus says. A socket that nobody
-/// listens on counts as an answer: it makes nobody wait.
+/// Whether whoever listens there answers the first line that every client of a bus sends. A socket that
+/// nobody listens on counts as answering: it makes nobody wait.
 bool answers(const ObjectPointer<GSocketAddress>& socket, unsigned seconds) {
     const ObjectPointer<GSocketClient> client(g_socket_client_new());
     g_socket_client_set_timeout(client.get(), seconds);
