@@ -8,7 +8,7 @@
 
 namespace vantrel {
 
-/// Places areas and lines on whole device pixels. Comes from the transform between points and device pixels,
+/// Places areas and lines on whole device pixels. Made from the transform between points and device pixels,
 /// which may scale and move but not turn. Results are in device pixels. A value; any thread.
 class DeviceGrid {
 public:
@@ -23,10 +23,10 @@ public:
     /// A horizontal or vertical line; empty for any other.
     QRect line(Point from, Point to, double lineWidth) const;
 
-    /// As wide as fits into `lineWidth` points in whole device pixels, at least one.
+    /// How many whole device pixels fit into `lineWidth` points, at least one.
     int strokeWidth(double lineWidth) const;
 
-    /// The nearest device pixel boundary to `y` points, again in points.
+    /// The device pixel boundary nearest to `y`, both in points.
     double snappedY(double y) const;
 
     QRectF toPoints(const QRect& pixels) const { return toPoints_.mapRect(QRectF(pixels)); }

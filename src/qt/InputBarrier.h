@@ -5,8 +5,8 @@
 
 namespace vantrel {
 
-/// Keeps all input of the window system, what has been typed or clicked already as well, from every window of
-/// the program while it is down. Main thread only.
+/// While it is down, keeps all of the window system's input from every window of the program, including what
+/// was typed or clicked before. Main thread only.
 class InputBarrier final : public QObject {
 public:
     void letDown();

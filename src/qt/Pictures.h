@@ -6,8 +6,8 @@
 #include <QString>
 #include <array>
 
-/// Stand-ins for the two pictures that the program writes as characters, for desktops without a font that
-/// holds them. Each takes the room of two spaces. Main thread only.
+/// Stand-ins for the two pictures that the program writes as characters, for desktops without a font that has
+/// them. Each takes the room of two spaces. Main thread only.
 namespace vantrel::pictures {
 
 enum class Picture { folder, page };

@@ -38,7 +38,8 @@ void dropMessagesButFatalOnes(QtMsgType type, const QMessageLogContext&, const Q
     std::abort();
 }
 
-/// Qt's remarks about the user's session are no output of ours. Who sets Qt's logging variables wants them.
+/// Qt's remarks about the user's session do not belong in our output, except for those who set Qt's logging
+/// variables.
 void install(QtMessageHandler handler) {
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES") && !qEnvironmentVariableIsSet("QT_DEBUG_PLUGINS"))
         qInstallMessageHandler(handler);
@@ -46,7 +47,7 @@ void install(QtMessageHandler handler) {
 
 constexpr const char* desktopName = "com.vantrel.Vantrel";
 
-/// What Qt wants to know before its application is made. Answers the program's name.
+/// Tells Qt what it needs to know before its application is made. Returns the program's name.
 std::string introduced(const char* programName) {
     install(&endOnStartUpFailure);
     QCoreApplication::setApplicationName("vantrel");
@@ -54,7 +55,7 @@ std::string introduced(const char* programName) {
     return programName == nullptr ? "vantrel" : programName;
 }
 
-/// The one of the desktop's theme; the program's own where nothing is installed.
+/// The icon of the desktop's theme; the program's own where that has none.
 QIcon icon() {
     QIcon own;
     const QDir pictures(":/icon");
@@ -87,14 +88,14 @@ void QtApplication::setMainMenu(std::vector<Menu> menus) {
 }
 
 void QtApplication::runModal(const Alert& alert) {
-    // Not on the stack: the window may go while the alert is open and takes it along.
+    // Not on the stack: the window may be destroyed while the alert is open, and takes it along.
     const QPointer<QMessageBox> box = new QMessageBox(window_);
     box->setIcon(QMessageBox::Information);
     box->setWindowTitle(QString::fromStdString(alert.messageText));
     box->setTextFormat(Qt::PlainText);
     box->setText(QString::fromStdString(alert.messageText));
     box->setInformativeText(QString::fromStdString(alert.informativeText));
-    // Has the keyboard at once, also for keys that come before the window system knows of the message.
+    // Gets the keyboard at once, even for keys that come before the window system knows about the alert.
     box->addButton(QString::fromStdString(alert.button).replace('&', "&&"), QMessageBox::AcceptRole)
         ->setFocus();
     TypedAhead typed;
@@ -104,13 +105,13 @@ void QtApplication::runModal(const Alert& alert) {
     });
     box->exec();
     delete box;
-    // Where no window manager does it.
+    // In case no window manager does it.
     if (window_) window_->activateWindow();
     typed.deliver([this] { return window_ ? window_->windowHandle() : nullptr; });
 }
 
 void QtApplication::terminate() {
-    // The loop goes on to deliver what the window system has sent already.
+    // The loop still delivers what the window system has already sent.
     afterTermination_.letDown();
     if (window_) window_->content().setTakesActions(false);
     if (terminationHandler_) terminationHandler_();

@@ -12,8 +12,8 @@
 
 namespace vantrel {
 
-/// The connection to the desktop; there is one for the life of the process, made before everything else of
-/// Qt, on the main thread, which alone may use it. Without a display it prints one line on standard error and
+/// The connection to the desktop. There is one for the life of the process, made before anything else of Qt,
+/// on the main thread, which alone may use it. Without a display it prints one line to standard error and
 /// ends the process with status 1.
 class QtApplication final : public Application {
 public:
@@ -28,11 +28,10 @@ public:
     /// Serves events until `terminate` or until the last window is closed.
     void run();
 
-    /// Called when the program is told to end, once for each time; what waits to be done can be dropped
-    /// there.
+    /// Called each time the program is told to end; the place to drop work that is still waiting.
     void setTerminationHandler(std::function<void()> handler);
 
-    /// Content of the window made last; null when there is none.
+    /// Content of the window that was made last; null when there is none.
     QtContentWidget* content() const;
 
 private:

@@ -9,7 +9,7 @@ namespace vantrel {
 
 namespace {
 
-constexpr int rowsAtOnce = 64;  // Qt shares out what has half as many again
+constexpr int rowsAtOnce = 64;  // Qt shares out areas half as high again
 
 }  // namespace
 
@@ -55,7 +55,7 @@ void QtCanvas::text(std::string_view utf8, const Rect& area, const Font& font, c
         face.draw(painter_, area.x, baseline, utf8);
         return;
     }
-    // Cut at the sides only: letters may reach above and below their line.
+    // Clipped at the sides only: letters may reach above and below their line.
     const double reach = 4 * face.height();
     painter_.save();
     painter_.setClipRect(grid_.toPoints(grid_.area({area.x, baseline - reach, area.width, 2 * reach})),
@@ -84,8 +84,8 @@ void QtCanvas::popArea() {
     grid_ = DeviceGrid(painter_.deviceTransform());
 }
 
-// In bands: Qt would share a higher rectangle between threads of its own, and wait for them for ever where
-// the system refuses them.
+// In bands: Qt would share a taller rectangle among threads of its own, and wait for ever where the system
+// refuses to start them.
 void QtCanvas::fillPixels(const QRect& pixels, const QColor& color) {
     for (int top = pixels.top(); top <= pixels.bottom(); top += rowsAtOnce) {
         const QRect band(pixels.left(), top, pixels.width(), std::min(rowsAtOnce, pixels.bottom() + 1 - top));

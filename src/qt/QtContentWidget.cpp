@@ -16,8 +16,8 @@ namespace vantrel {
 
 namespace {
 
-// From one frame to the next: as fast as a screen shows them, and for what changes by itself as fast as an
-// eye can follow figures. Painting takes time from the walks that the figures come from.
+// The time between two frames: as short as screens allow and, for what changes by itself, as short as an eye
+// can follow figures. Painting takes time from the walks that the figures come from.
 constexpr qint64 frameMilliseconds = 16;
 constexpr qint64 frameInPassingMilliseconds = 50;
 
@@ -39,7 +39,7 @@ QtContentWidget::QtContentWidget(const Color& background, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_InputMethodEnabled);
     setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
-    // By request, not by a click: that would take the keyboard from a dialog's field.
+    // Not by a click, which would take the keyboard from a dialog's field.
     setFocusPolicy(Qt::TabFocus);
     QtInputHistory::ofApplication();
 }
@@ -112,8 +112,8 @@ void QtContentWidget::sendKey(const KeyEvent& event) {
     if (root) root->keyDown(event);
 }
 
-// Also every second one of a series: as long as nobody handles those otherwise, Qt gives them to this
-// function.
+// Gets the second press of a double click too, since Qt passes those on to this function unless they are
+// handled separately.
 void QtContentWidget::mousePressEvent(QMouseEvent* event) {
     const std::shared_ptr<View> root = root_;
     if (!root || event->button() != Qt::LeftButton) return;
@@ -140,7 +140,7 @@ QVariant QtContentWidget::inputMethodQuery(Qt::InputMethodQuery query) const {
         case Qt::ImEnabled:
             return true;
         case Qt::ImCursorRectangle:
-            // Nothing shows a text cursor; candidate windows are out of the way at the lower edge.
+            // There is no text cursor; at the lower edge candidate windows are out of the way.
             return QRect(0, height() - 1, 1, 1);
         default:
             return QWidget::inputMethodQuery(query);

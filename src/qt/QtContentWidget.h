@@ -11,21 +11,20 @@
 
 namespace vantrel {
 
-/// Hears of one content, which owns it. Main thread only.
+/// Is told about one content widget, which owns it. Main thread only.
 class QtContentObserver {
 public:
     virtual ~QtContentObserver() = default;
 
-    /// Whatever changes is painted, so this is where to look for what has changed.
+    /// Every change is painted, so this is the moment to look for changes.
     virtual void contentWasPainted() = 0;
 
-    /// Qt has just told others that the widget has the keyboard.
+    /// Qt has just announced that the widget has the keyboard.
     virtual void contentGotTheKeyboard() = 0;
 };
 
-/// The content area of the window: shows a tree of views and passes Qt's events on to it. Keys go to the
-/// root, and none of them to anybody else afterwards. A click leaves the keyboard where it is. Main thread
-/// only.
+/// The content area of the window: shows a tree of views and passes Qt's events on to it. Keys go to the root
+/// and to nobody after it. A click leaves the keyboard where it is. Main thread only.
 class QtContentWidget final : public QWidget, public ViewHost {
 public:
     explicit QtContentWidget(const Color& background, QWidget* parent = nullptr);
@@ -37,16 +36,16 @@ public:
     /// Null before `setRoot`.
     View* root() const { return root_.get(); }
 
-    /// Whether assistive technology may press and select what it sees; it does so without an event.
+    /// Whether assistive technology may press and select what it sees, which it does without an input event.
     bool takesActions() const { return takesActions_; }
     void setTakesActions(bool takes) { takesActions_ = takes; }
 
     using ObserverFactory = std::unique_ptr<QtContentObserver> (*)(QtContentWidget& content);
 
-    /// Who observes every content that is made from now on.
+    /// Makes the observer of every content that is created from now on.
     static void setObserverFactory(ObserverFactory factory);
 
-    /// Null when it was made before there was a factory.
+    /// Null when the content was made before there was a factory.
     QtContentObserver* observer() const { return observer_.get(); }
 
     void scheduleRedraw(Redraw urgency) override;
@@ -75,7 +74,7 @@ private:
     WheelSteps wheel_;
     QElapsedTimer sinceRedraw_;
     QBasicTimer redrawTimer_;
-    Redraw timedRedraw_ = Redraw::atOnce;  ///< for whom the timer runs
+    Redraw timedRedraw_ = Redraw::atOnce;  ///< what the timer runs for
     bool takesActions_ = true;
     std::unique_ptr<QtContentObserver> observer_;
 };

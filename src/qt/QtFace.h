@@ -35,7 +35,7 @@ private:
 
     QFont font_;
     QFontMetricsF metrics_;
-    std::optional<double> cellWidth_;  ///< of every ASCII character, where they all have the same
+    std::optional<double> cellWidth_;  ///< of every ASCII character, if all have the same
     bool hasPictures_ = true;          ///< whether some installed font holds the folder and the page
 };
 

@@ -16,7 +16,7 @@ bool isRawByte(QChar c) {
     return c.unicode() >= firstRawByte && c.unicode() <= lastRawByte;
 }
 
-/// Nothing where the bytes would not come back. (Qt leaves a byte order mark out.)
+/// Nothing where the text would not give the same bytes back. (Qt drops a byte order mark.)
 std::optional<QString> asUtf8(std::string_view bytes) {
     const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
     QString text = QString::fromUtf8(view);
@@ -51,7 +51,8 @@ std::string bytesOf(const QString& text) {
     std::string bytes;
     qsizetype begin = 0;
     const auto append = [&](qsizetype end) {
-        // In UCS-4 first: there Qt makes U+FFFD of a lone surrogate, in UTF-8 a question mark.
+        // By way of UCS-4, where Qt turns a lone surrogate into U+FFFD; in UTF-8 it would become a question
+        // mark.
         const QList<uint> characters = QStringView(text).sliced(begin, end - begin).toUcs4();
         bytes +=
             QString::fromUcs4(reinterpret_cast<const char32_t*>(characters.constData()), characters.size())

@@ -11,8 +11,8 @@ namespace vantrel {
 
 namespace {
 
-// Nobody's keyboard repeats sooner. A press at the time of a release before that is a press of its own: a
-// busy X server may handle what two programs feign within one millisecond.
+// No keyboard repeats sooner after a press. Within this time, a press with the time of a release is a press
+// of its own: a busy X server may handle the simulated input of two programs within one millisecond.
 constexpr quint64 shortestRepeatDelay = 100;  // milliseconds
 
 }  // namespace
@@ -29,7 +29,7 @@ QtInputHistory::QtInputHistory(QObject* parent) : QObject(parent) {
 
 KeyRepeat QtInputHistory::repeatOf(const QKeyEvent& press) const {
     const auto times = keys_.find(press.nativeScanCode());
-    // A press without a code comes from no keyboard, and one without a time cannot be told by it.
+    // A press without a code comes from no keyboard, and one without a time has nothing to compare.
     const bool isKnown = press.nativeScanCode() != 0 && press.timestamp() != 0 && times != keys_.end();
     bool isHeld = press.isAutoRepeat();
     if (isKnown && times->second.release == press.timestamp())
@@ -61,14 +61,14 @@ bool QtInputHistory::eventFilter(QObject*, QEvent* event) {
 }
 
 void QtInputHistory::notePress(const QKeyEvent& press) {
-    // What is clicked after a key is a click of its own.
+    // A click after a key begins a new series.
     button_ = Qt::NoButton;
     if (repeatOf(press) == KeyRepeat::first) keys_[press.nativeScanCode()].press = press.timestamp();
 }
 
 void QtInputHistory::countPress(const QMouseEvent& press) {
     const QPoint place = press.globalPosition().toPoint();
-    // The same press comes by once as the window's, and once as its widget's.
+    // The same press arrives twice: for the window, and for its widget.
     if (press.button() == button_ && press.timestamp() == time_ && place == place_) return;
     const auto interval = static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
     const bool isSoon = press.button() == button_ && press.timestamp() - time_ < interval && isNear(place);

@@ -10,20 +10,20 @@
 
 namespace vantrel {
 
-/// Tells what Qt leaves open about an event by what came before it, in whichever window of the program. Main
+/// Works out from earlier events, in any window of the program, what Qt leaves open about an event. Main
 /// thread only.
 class QtInputHistory final : public QObject {
 public:
-    /// The application's one, which watches from the first call on until the application ends.
+    /// The application's own, which watches from the first call until the application ends.
     static QtInputHistory& ofApplication();
 
-    /// Whether the press only says that the key is still held. Qt's own mark is missing on some of those; but
-    /// on X11 every one of them carries the time of the release before it, and comes only after a while.
+    /// Whether the press only means that the key is still held. Qt does not mark all of those; but on X11
+    /// each of them carries the time of the release before it, and comes only after a while.
     KeyRepeat repeatOf(const QKeyEvent& press) const;
 
-    /// The number of the last press of a mouse button in its series: presses of one button, each no later
-    /// after the one before and no further from it than the desktop allows for a double click, and no key
-    /// between them. Qt counts to two.
+    /// Which click of its series the last press of a mouse button was. A series is presses of one button,
+    /// each as close to the one before in time and place as the desktop demands of a double click, with no
+    /// key in between. Qt itself counts only to two.
     int clickCount() const { return clickCount_; }
 
 protected:
@@ -37,13 +37,13 @@ private:
     bool isNear(const QPoint& place) const;
 
     struct KeyTimes {
-        quint64 press = 0;    ///< the last one that was no repeat; milliseconds, as the next
+        quint64 press = 0;    ///< the last that was not a repeat; both in milliseconds
         quint64 release = 0;  ///< the last one
     };
 
     std::map<quint32, KeyTimes> keys_;  ///< by scan code
     int clickCount_ = 0;
-    Qt::MouseButton button_ = Qt::NoButton;  ///< of the last press; this and the next two
+    Qt::MouseButton button_ = Qt::NoButton;  ///< this and the next two: of the last press
     quint64 time_ = 0;
     QPoint place_;  ///< on the screen
 };

@@ -78,11 +78,11 @@ std::string upperCased(const std::string& text) {
     return QString::fromStdString(text).toUpper().toStdString();
 }
 
-/// The letter beyond ASCII that the key types, on keyboards that have some beside those of ASCII: such a key
-/// is no other key in disguise. Empty for any other.
+/// The Latin letter beyond ASCII that the key types, on keyboards that have such letters besides those of
+/// ASCII: the key then stands for no other. Empty for any other key.
 QString latinLetterBeyondAscii(const QKeyEvent& event) {
-    // While Control is held, text and key may already be those of another layout that is set up beside this
-    // one; the key symbol of X11 and Wayland never is. Elsewhere there is none.
+    // While Control is held, text and key may come from another configured layout; the key symbol of X11 and
+    // Wayland never does. Other platforms have none.
     char32_t character = xkb_keysym_to_utf32(event.nativeVirtualKey());
     if (character == 0 && event.key() < Qt::Key_Escape) character = static_cast<char32_t>(event.key());
     const bool isOne = character > Qt::Key_AsciiTilde && QChar::isLetter(character) &&

@@ -31,8 +31,8 @@ void QtMainQueue::post(Task task) {
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
-// What was typed ahead is handled in one go, before anything posted. So the tasks run when the next input
-// comes by, before anybody gets it; or, when none waits, with what was posted.
+// Input that was typed ahead is handled in one go, before anything posted. So the tasks run when the next
+// input arrives, before anybody gets it, or, when none is waiting, with what was posted.
 void QtMainQueue::postAfterEvent(Task task) {
     {
         const std::scoped_lock lock(mutex_);
@@ -91,8 +91,8 @@ void QtMainQueue::timerEvent(QTimerEvent*) {
 }
 
 void QtMainQueue::runForAWhile() {
-    // A timer of zero is served after input and painting; another posted event would go before them. It runs
-    // from the start, so that a task which runs an event loop of its own does not hold up the others.
+    // A timer of zero is served after input and painting; another posted event would go before them. It is
+    // started first, so that a task which runs an event loop of its own does not hold up the others.
     nextTurn_.start(0, this);
     const QDeadlineTimer turnEnd(turnLength, Qt::PreciseTimer);
     Task task;

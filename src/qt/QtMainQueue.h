@@ -11,14 +11,14 @@
 namespace vantrel {
 
 /// The main thread's event loop as a queue. Tasks run for a few milliseconds at a time; between two such
-/// turns the loop serves everything else, so any number of tasks leaves the window usable. Made, destroyed
-/// and served on the main thread; tasks still waiting at the end are dropped.
+/// turns the loop serves everything else, so the window stays usable however many tasks there are. Made,
+/// destroyed and served on the main thread; tasks still waiting at the end are dropped.
 class QtMainQueue final : public QObject, public MainQueue {
 public:
     void post(Task task) override;
     void postAfterEvent(Task task) override;
 
-    /// Drops the tasks that wait and, from now on, every one that is posted. Main thread.
+    /// Drops all waiting tasks and, from now on, every task that is posted. Main thread.
     void close();
 
 protected:

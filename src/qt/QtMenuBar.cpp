@@ -27,7 +27,7 @@ QString literally(const std::string& title) {
 
 QKeySequence shortcutFor(const std::string& keyEquivalent) {
     if (keyEquivalent == "\t") return QKeyCombination(Qt::ControlModifier, Qt::Key_Tab);
-    // The names of Qt's other keys are the codes of their upper case characters.
+    // Qt names its other keys by the codes of their upper case characters.
     const auto character = QString::fromStdString(keyEquivalent).toUpper().toUcs4().value(0);
     return QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(character));
 }
@@ -39,13 +39,13 @@ bool means(const QKeyEvent& event, const std::string& keyEquivalent) {
     const bool shift = event.modifiers().testFlag(Qt::ShiftModifier);
     if (keyEquivalent == "\t") return key.key == Key::tab && !shift;
     if (keyEquivalent == " ") return key.key == Key::space && !shift;
-    // What the key types follows Shift already.
+    // Shift has already had its effect on these characters.
     return key.charactersIgnoringModifiers == keyEquivalent;
 }
 
 /// Takes key equivalents, and Alt with a menu's letter, out of the application's events before any window
-/// sees them. Qt's own shortcuts are not enough: they know no other keyboard layout than the present one, and
-/// ask the focused widget first.
+/// sees them. Qt's own shortcuts are not enough: they know only the current keyboard layout, and ask the
+/// focused widget first.
 class KeyEquivalents final : public QObject {
 public:
     explicit KeyEquivalents(QMenuBar* bar) : QObject(bar), bar_(*bar) { qApp->installEventFilter(this); }
@@ -78,8 +78,8 @@ private:
         return [action = item->second] { action->trigger(); };
     }
 
-    /// The menu that Alt with this key asks for: of those whose title begins with its letter the one after
-    /// that which is open, else the first. Null where there is none.
+    /// The menu that Alt with this key asks for: of those whose title begins with its letter, the one after
+    /// the open one, else the first. Null where there is none.
     QAction* menuNamedBy(const QKeyEvent& key) const {
         if (!key.modifiers().testFlag(Qt::AltModifier) || (key.modifiers() & besidesAlt)) return nullptr;
         const QString letter = QString::fromStdString(charactersWithoutControl(key));

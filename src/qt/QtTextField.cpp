@@ -86,7 +86,7 @@ public:
         if (edit_->hasFocus() && content_) content_->focusContent();
         edit_->keyHandler = nullptr;
         box_->hide();
-        // Later, since one of the edit's own events may be under way.
+        // Later, since one of the edit's own events may still be in progress.
         box_->deleteLater();
     }
 
@@ -99,7 +99,7 @@ public:
     }
 
     std::string text() const override {
-        // The edit may show less than it was given: it has a longest length.
+        // The edit may show less than it was given: its length is limited.
         if (!edit_ || edit_->text() == shown_) return original_;
         return bytesOf(edit_->text());
     }
@@ -129,8 +129,8 @@ public:
 
 private:
     QPointer<QtContentWidget> content_;
-    /// What assistive technology finds inside the dialog; holds nothing but the edit. The content's, both go
-    /// with it if that is destroyed first.
+    /// What assistive technology finds inside the dialog; holds nothing but the edit. Both belong to the
+    /// content, and go with it if that is destroyed first.
     QPointer<QWidget> box_;
     QPointer<LineEdit> edit_;
     std::string original_;

@@ -16,7 +16,7 @@ private:
     const QtApplication& application_;
 };
 
-/// A line edit on top of `content`, which is borrowed and may be gone first.
+/// A line edit on top of `content`, which is borrowed and may be destroyed first.
 std::unique_ptr<TextField> makeQtTextField(QtContentWidget& content, const TextFieldStyle& style);
 
 }  // namespace vantrel

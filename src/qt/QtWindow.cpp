@@ -17,7 +17,7 @@ namespace vantrel {
 
 namespace {
 
-// A frame comes within some hundredths of a second after the window, or not at all.
+// A frame comes within a few hundredths of a second after the window, or not at all.
 constexpr int frameInterval = 10;  // milliseconds
 constexpr std::chrono::milliseconds framePatience{1000};
 
@@ -61,7 +61,7 @@ void QtWindow::showMenus(const std::vector<Menu>& menus) {
     giveContent(contentSize);
 }
 
-// Answers what stands around the content inside the window.
+// Returns how much more the window needs for what stands around the content.
 QSize QtWindow::giveContent(const QSize& contentSize) {
     // A hidden window lays nothing out by itself.
     layout()->invalidate();

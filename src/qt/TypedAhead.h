@@ -9,12 +9,13 @@
 
 namespace vantrel {
 
-/// The keys that the window system has sent already when a modal window is about to open. Qt throws away what
-/// waits for a window that one blocks; here it is kept and given to whom it was typed for. Main thread only.
+/// The keys that the window system has already sent when a modal window is about to open. Qt discards what
+/// waits for a window that the modal one blocks; this keeps the keys and gives them to the window they were
+/// meant for. Main thread only.
 class TypedAhead final : public QObject {
 public:
-    /// Takes what waits. Clicks among it are dropped, as a modal window does. Everything else that waits is
-    /// handled here.
+    /// Takes the waiting keys. Waiting clicks are dropped, as a modal window would do. All other waiting
+    /// events are handled here.
     void collect();
 
     /// Gives the keys, in their order, to the window that `receiver` names for each; stops at null.

@@ -2,12 +2,12 @@
 
 namespace vantrel {
 
-/// Turns the fine movements of wheels and touchpads into whole notches. One for each wheel's widget, on the
-/// main thread.
+/// Turns the fine movements of wheels and touchpads into whole notches. One for each widget, on the main
+/// thread.
 class WheelSteps {
 public:
-    /// Takes a movement in eighths of a degree, positive away from the user; answers with the number of
-    /// notches that it completes, negative towards the user. A turn of direction starts afresh.
+    /// Takes a movement in eighths of a degree, positive away from the user; returns the number of notches
+    /// that it completes, negative towards the user. A change of direction starts afresh.
     int add(int eighthsOfDegree) {
         if ((eighthsOfDegree > 0) != (rest_ > 0)) rest_ = 0;
         rest_ += eighthsOfDegree;

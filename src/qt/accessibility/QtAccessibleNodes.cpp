@@ -199,7 +199,7 @@ QStringList QtAccessibleElement::actionNames() const {
 
 void QtAccessibleElement::doAction(const QString& name) {
     if (!actionNames().contains(name) || !mayAct()) return;
-    // The action may take the view away, and this interface with it.
+    // The action may destroy the view, and this interface with it.
     const std::shared_ptr<View> held = view().shared_from_this();
     if (name == pressAction()) {
         held->accessible()->press(index_);

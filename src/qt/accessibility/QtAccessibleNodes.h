@@ -112,7 +112,7 @@ public:
     QAccessibleInterface* table() const override { return parent(); }
 
 private:
-    /// An empty one when there is none any more.
+    /// Empty when the element no longer exists.
     AccessibleElement element() const {
         return isValid() ? accessible().element(index_) : AccessibleElement{};
     }

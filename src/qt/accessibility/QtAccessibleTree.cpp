@@ -190,7 +190,8 @@ void QtAccessibleTree::announceChanges() {
     announceFocus();
 }
 
-// The interfaces stand for places. After a change of order a place that nobody sees is simply asked for anew.
+// Interfaces stand for places. After a change of order, those for places out of sight are dropped, and made
+// again when asked for.
 void QtAccessibleTree::announceNames(KnownView& known, View& view) {
     const std::uint64_t revision = view.accessible()->revision();
     if (known.revision != revision) {
@@ -235,7 +236,7 @@ void QtAccessibleTree::announceFocus() {
     announcedFocus_ = now;
     const auto place = focus();
     if (!place) {
-        // Back in the field, from the buttons beside it.
+        // The keyboard is back in the field, coming from the buttons beside it.
         QWidget* const field = QApplication::focusWidget();
         if (field != nullptr && field != &content_ && content_.isAncestorOf(field))
             tell(QAccessible::queryAccessibleInterface(field), QAccessible::Focus);

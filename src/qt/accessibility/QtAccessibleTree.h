@@ -19,7 +19,7 @@ namespace vantrel {
 /// since. Main thread only.
 class QtAccessibleTree final : public QtContentObserver {
 public:
-    /// The one of a content that was made after `installQtAccessibility`.
+    /// The tree of a content that was made after `installQtAccessibility`.
     static QtAccessibleTree& of(const QtContentWidget& content);
 
     explicit QtAccessibleTree(QtContentWidget& content) : content_(content) {}
@@ -29,7 +29,7 @@ public:
 
     QtContentWidget& content() const { return content_; }
 
-    /// Of the content itself for its root.
+    /// For the root view, that of the content itself.
     QAccessibleInterface* interfaceOf(View& view);
     QAccessibleInterface* interfaceOf(View& view, std::size_t element);
 
@@ -52,7 +52,7 @@ public:
 
     using Listener = void (*)(QAccessibleEvent* event);
 
-    /// Who hears of changes; assistive technology at first.
+    /// Who is told about changes; by default assistive technology.
     void setListener(Listener listener) { listener_ = listener; }
 
     void contentWasPainted() override;
@@ -63,7 +63,7 @@ public:
 private:
     struct KnownElement {
         QAccessible::Id id = 0;
-        std::string name;  ///< as it was told last
+        std::string name;  ///< as last announced
     };
     struct KnownView {
         std::weak_ptr<View> view;

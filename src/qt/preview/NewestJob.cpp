@@ -11,7 +11,7 @@ namespace vantrel {
 struct NewestJob::Shared {
     std::mutex mutex;
     std::condition_variable changed;
-    // All of the rest is guarded by the mutex.
+    // Everything below is guarded by the mutex.
     Job waiting;  ///< empty when none
     std::stop_source newest;
     int threads = 0;
@@ -73,7 +73,7 @@ void NewestJob::run(Job job) {
         try {
             std::thread([shared = shared_] { shared->serve(); }).detach();
         } catch (const std::system_error&) {
-            // The job waits for a thread that comes back.
+            // The job waits until a running thread is done.
             const std::scoped_lock lock(shared_->mutex);
             --shared_->threads;
         }

@@ -7,9 +7,9 @@
 
 namespace vantrel {
 
-/// Runs on other threads whatever was asked for last, where jobs may hang for ever in a system call. A new
-/// job tells the others to stop and does not wait for them: while they hang, it gets another thread, up to a
-/// fixed number. A job that never came to run is dropped for a newer one. Main thread only.
+/// Runs the newest job on other threads, where jobs may hang for ever in a system call. A new job tells the
+/// others to stop and does not wait for them: while they hang, it gets another thread, up to a fixed number.
+/// A job that has not begun is dropped for a newer one. Main thread only.
 class NewestJob {
 public:
     using Job = std::function<void(const std::stop_token&)>;
@@ -17,7 +17,7 @@ public:
     static constexpr int mostThreads = 4;
 
     /// How long the destructor waits for jobs that have been told to stop. A thread that still hangs then is
-    /// left alone, with nothing of this object but its own job.
+    /// left alone; of this object it uses nothing but its own job.
     static constexpr std::chrono::milliseconds patience{1000};
 
     NewestJob();

@@ -49,7 +49,7 @@ QByteArray firstBytes(const FileDescriptor& file, qsizetype limit, const std::st
 
 StoppableFile::StoppableFile(FileDescriptor file, std::stop_token stop) : stop_(std::move(stop)) {
     const int number = file.release();
-    // Without success nothing has become the owner of the descriptor.
+    // On failure nothing has become the owner of the descriptor.
     if (!open(number, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) FileDescriptor(number).close();
 }
 

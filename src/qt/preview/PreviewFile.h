@@ -12,20 +12,20 @@
 
 namespace vantrel {
 
-/// stat(2) for a path of any length; a link to nowhere is looked at itself. Any thread; may take as long as
-/// the file system likes.
+/// stat(2) for a path of any length; for a dangling link, the status of the link itself. Any thread; may take
+/// as long as the file system likes.
 Result<struct stat> lookAt(const std::string& path);
 
-/// Opens a regular file for reading and nothing else: what has become something else since `lookAt` is not
-/// waited for and closed again. Any thread; may take as long as the file system likes.
+/// Opens a file for reading if it is a regular one. Anything else that takes its place meanwhile is not
+/// waited for, and is closed again. Any thread; may take as long as the file system likes.
 Result<FileDescriptor> openRegularFile(const std::string& path);
 
 /// The first `limit` bytes, or fewer at the end of the file, on failure or when stopped. The file's position
 /// stays where it is.
 QByteArray firstBytes(const FileDescriptor& file, qsizetype limit, const std::stop_token& stop);
 
-/// A file that cannot be read any more once it has been stopped, so that a decoder in the middle of it gives
-/// up soon.
+/// A file that can no longer be read once it has been stopped, so that a decoder in the middle of it soon
+/// gives up.
 class StoppableFile final : public QFile {
 public:
     /// `file` is open for reading.

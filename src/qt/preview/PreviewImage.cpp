@@ -29,8 +29,8 @@ std::optional<ImageBody> decodeImage(StoppableFile& file, const QSize& box) {
     if (!reader.canRead()) return std::nullopt;
     if (file.isStopped()) return std::nullopt;
     QSize fullSize = reader.size();
-    // libpng prints a message when its data ends early, and nobody can keep it from that. But few bytes may
-    // stand for so many pixels that it would go on for minutes.
+    // libpng prints a message when its data ends early, which nobody can prevent, so a picture is read to its
+    // end - but not one of so many pixels that a few bytes would keep it busy for minutes.
     if (reader.format() == "png" && pixelsIn(fullSize) <= mostPixelsReadOn) file.ignoreStop();
     reader.setAutoTransform(true);
     const bool isTurned = liesOnItsSide(reader);

@@ -17,7 +17,7 @@ inline constexpr qint64 largestImageFile = qint64{256} << 20;  // bytes
 /// One decoded picture, in megabytes. Formats that scale while they are read stay far below it.
 inline constexpr int imageAllocationLimit = 256;
 
-/// A larger PNG picture is given up in the middle when it is not wanted any more, a smaller one read to its
+/// A PNG picture with more pixels is broken off when it is no longer wanted, a smaller one is read to its
 /// end.
 inline constexpr qint64 mostPixelsReadOn = qint64{1} << 26;
 

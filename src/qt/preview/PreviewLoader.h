@@ -15,10 +15,10 @@ struct PreviewRequest {
     QSize pageBox;     ///< pixels; the size of the pages of documents
 };
 
-/// Finds out what can be shown of a file and hands it to `show`, several times where it comes in parts. What
-/// cannot be read has facts alone; what is gone has none. Only regular files are opened, so no FIFO, socket
-/// or device is ever touched. Memory is bounded, time is not: for a thread that may hang with its file
-/// system. Once stopped it ends soon, perhaps without an answer.
+/// Finds out what can be shown of a file and hands it to `show`, more than once if it comes in parts. A file
+/// that cannot be read has only facts, one that is gone not even those. Only regular files are opened, so no
+/// FIFO, socket or device is ever touched. Memory is bounded, time is not: for a thread that may hang with
+/// its file system. Once stopped it ends soon, perhaps without an answer.
 void loadPreview(const PreviewRequest& request, const std::stop_token& stop,
                  const std::function<void(PreviewContent)>& show);
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int mostPages = 20;
 constexpr qsizetype mostMemory = qsizetype{64} << 20;  // bytes in all pages
-constexpr qsizetype headerRange = 1024;                // bytes; how late readers accept the header
+constexpr qsizetype headerRange = 1024;                // bytes; how far in readers accept the header
 
 QImage drawnPage(QPdfDocument& document, int index, const QSize& box) {
     const QSizeF points = document.pagePointSize(index);

@@ -13,7 +13,7 @@ bool isControl(QChar character) {
     return character.category() == QChar::Other_Control;
 }
 
-/// Control characters that are at home in text files: terminal colours and page breaks.
+/// Control characters that are common in text files: terminal colours and page breaks.
 bool isUsualControl(QChar character) {
     return character == u'\t' || character == u'\n' || character == u'\r' || character == u'\f' ||
            character == u'\x1b';
@@ -27,7 +27,7 @@ std::optional<QString> decoded(const QByteArray& bytes, TextPart part) {
     const auto marked = QStringConverter::encodingForData(bytes);
     const bool isUtf16 = marked == QStringConverter::Utf16LE || marked == QStringConverter::Utf16BE;
     if (!isUtf16 && bytes.contains('\0')) return std::nullopt;
-    // A decoder with a state keeps a sequence that the end cuts off to itself.
+    // A stateful decoder withholds a sequence that is cut off at the end.
     const auto flags =
         part == TextPart::whole ? QStringDecoder::Flag::Stateless : QStringDecoder::Flag::Default;
     QStringDecoder decoder(isUtf16 ? QStringConverter::Utf16 : QStringConverter::Utf8, flags);

@@ -12,8 +12,8 @@ constexpr quint64 kibibyte = 1024;
 const QString separator = QStringLiteral("  \u00B7  ");
 const QString datePattern = QStringLiteral("yyyy-MM-dd HH:mm");
 
-/// The user's locale for one category such as "LC_TIME". QLocale() would take the words of the language for
-/// all, and writes no groups of digits where that is "C".
+/// The user's locale for one category such as "LC_TIME". QLocale() would use the language's locale for all,
+/// and would not group digits where that is "C".
 QLocale userLocale(const char* category) {
     const std::string_view name = text::userLocaleName(category);
     const QLocale locale(QString::fromLocal8Bit(name.data(), static_cast<qsizetype>(name.size())));

@@ -6,7 +6,7 @@
 #include "platform/PreviewPanel.h"
 #include "qt/preview/PreviewContent.h"
 
-/// What a preview says in words; numbers and dates are written as the user's LC_NUMERIC and LC_TIME want it.
+/// What a preview says in words; numbers and dates are written as the user's LC_NUMERIC and LC_TIME demand.
 /// Must not run while another thread changes the environment.
 namespace vantrel::previewWords {
 
@@ -16,7 +16,7 @@ QString size(quint64 bytes);
 /// The item's name, then one line each for what else is known.
 QStringList facts(const PreviewItem& item, const PreviewFacts& facts);
 
-/// One line about the file for below its content.
+/// One line about the file, to stand below its content.
 QString caption(const PreviewContent& content);
 
 }  // namespace vantrel::previewWords

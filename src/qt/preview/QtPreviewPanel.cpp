@@ -64,7 +64,7 @@ QtPreviewWindow& QtPreviewPanel::windowToShow() {
             forget();
             window_->showNothing();
         });
-        // It may also go with the application's window.
+        // The application's window may also take it along.
         connect(window_, &QObject::destroyed, this, &QtPreviewPanel::forget);
         if (owner != nullptr) {
             QRect place(QPoint(), window_->size());
@@ -88,7 +88,7 @@ std::optional<PreviewItem> QtPreviewPanel::itemToShow() const {
 void QtPreviewPanel::follow() {
     std::optional<PreviewItem> item = itemToShow();
     if (item == item_) {
-        // What was there before has stood long enough under the new name.
+        // The old content has stood long enough under the new name.
         if (item_ && !content_) takeContent({});
         return;
     }

@@ -58,7 +58,7 @@ private:
     QBasicTimer timer_;
     std::optional<PreviewItem> item_;        ///< this and the next only while there is a window
     std::optional<PreviewContent> content_;  ///< of item_, as far as it has arrived
-    std::shared_ptr<Loading> loading_;       ///< its only owner: gone as soon as its answers are not wanted
+    std::shared_ptr<Loading> loading_;       ///< its only owner: reset when its answers are no longer wanted
     NewestJob jobs_;
 };
 

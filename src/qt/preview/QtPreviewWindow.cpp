@@ -54,7 +54,7 @@ QLabel* makeCaption() {
     caption->setTextFormat(Qt::PlainText);
     caption->setAlignment(Qt::AlignCenter);
     caption->setMargin(captionMargin);
-    // Its length is no reason to widen the window.
+    // A long caption is no reason to widen the window.
     caption->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     return caption;
 }
@@ -111,7 +111,7 @@ void QtPreviewWindow::showBody(const PreviewItem& item, const PreviewContent& co
     const auto* const image = std::get_if<ImageBody>(&content.body);
     const auto* const text = std::get_if<TextBody>(&content.body);
     const auto* const pages = std::get_if<PagesBody>(&content.body);
-    // What is not shown any more keeps no memory.
+    // What is no longer shown takes up no memory.
     image_->setImage(image == nullptr ? QImage() : image->image);
     showPages(pages == nullptr ? QList<QImage>() : pages->pages);
     const QString words = text == nullptr ? QString() : text->text;
@@ -139,7 +139,8 @@ bool QtPreviewWindow::event(QEvent* event) {
            QWidget::event(event);
 }
 
-// The window system still sends the keys of the moment here when a dialog in the other window awaits them.
+// For a moment the window system still sends keys here, although a dialog in the other window is waiting for
+// them.
 bool QtPreviewWindow::passOn(QEvent& event) {
     const bool isPress = event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride;
     QWidget* const owner = parentWidget();
@@ -160,7 +161,7 @@ void QtPreviewWindow::takeKey(const KeyEvent& key) {
 
 void QtPreviewWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    // A minimised window is only out of sight.
+    // Being minimised is not being closed.
     if (!event->spontaneous() && hideHandler_) hideHandler_();
 }
 

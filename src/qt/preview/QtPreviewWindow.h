@@ -12,8 +12,8 @@
 
 namespace vantrel {
 
-/// The window of the preview, beside the one it belongs to and above it. It decides nothing: keys and its
-/// end are told to its owner. Does not keep the program alive. Main thread only.
+/// The preview's own window, which stays above the window it belongs to. It decides nothing, but tells its
+/// owner about keys and when it is hidden. Does not keep the program alive. Main thread only.
 class QtPreviewWindow final : public QWidget {
 public:
     /// `parent` is a top-level window, the owner of this one, or null.
@@ -22,8 +22,8 @@ public:
     void showNothing();
     void showItem(const PreviewItem& item, const PreviewContent& content);
 
-    /// Called with every key that is pressed while this window has the keyboard, once; a modifier alone is
-    /// no key. Keys that were typed into it but arrive when it is hidden go on to the window it belongs to.
+    /// Called once for every key that is pressed while this window has the keyboard, except for modifiers
+    /// alone. Keys that were typed into it but arrive when it is hidden go on to the window it belongs to.
     void setKeyHandler(std::function<void(const KeyEvent&)> handler);
 
     /// Called when the window has been hidden or closed, by the user or by the program.
