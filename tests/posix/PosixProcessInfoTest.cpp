@@ -45,7 +45,7 @@ std::string realPath(const std::string& path) {
 
 const PosixProcessInfo process;
 
-/// What a process that starts now would say.
+/// What a newly started process would say.
 std::string homeNow() {
     return PosixProcessInfo().homeDirectory();
 }

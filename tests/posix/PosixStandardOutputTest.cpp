@@ -66,7 +66,7 @@ TEST(PosixStandardOutput, writesEachLineAtOnceWithItsNewline) {
     EXPECT_EQ(contentOf(path), "first \xFF\n\n");
 }
 
-/// What stands ready to be read, without waiting for more.
+/// What is ready to be read, without waiting for more.
 std::string readReady(int descriptor) {
     EXPECT_EQ(::fcntl(descriptor, F_SETFL, O_NONBLOCK), 0);
     return readAll(descriptor);
@@ -95,7 +95,7 @@ TEST(PosixStandardOutput, dropsWhatNobodyReadsInsteadOfWaiting) {
     for (auto& [kind, pipe] : everyKind()) {
         PosixStandardOutput output(pipe.writing.number());
         const std::string line(1000, 'x');
-        // More than any of them holds; a writer that waits would never come to the end.
+        // More than any of them holds; a writer that waits would never finish.
         for (int count = 0; count < 2000; ++count) output.writeLine(line);
         std::string received;
         for (std::string more; !(more = readReady(pipe.reading.number())).empty();) received += more;

@@ -27,8 +27,8 @@ using test::TemporaryFolder;
 
 constexpr int nameCount = 6;
 
-/// Changes entries of a folder at random until it is destroyed. Files come into being under their names whole
-/// and are never written again.
+/// Changes entries of a folder at random until it is destroyed. Files appear under their names complete and
+/// are never written to again.
 class Vandal {
 public:
     explicit Vandal(const TemporaryFolder& folder)
@@ -139,8 +139,8 @@ TEST_F(ChangingTree, isCopiedWholeOrNotAtAll) {
     RecordProperty("copied", copied);
 }
 
-// A change that comes once originals are being removed, by a call that found its way there before, ends the
-// move as well: then the copy stays, since it alone holds what is gone from the original.
+// A change that comes while originals are being removed, by a call that had found its way there before, ends
+// the move as well: the copy then stays, since it alone holds what is gone from the original.
 TEST_F(ChangingTree, isMovedToAnotherFileSystemWholeOrNotAtAll) {
     struct stat here {
     }, there{};

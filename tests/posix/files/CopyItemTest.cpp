@@ -96,7 +96,8 @@ TEST_F(CopyItem, copiesTheSameWayWhereTheKernelCannotHelp) {
     const std::string file = folder.makeFile("file", std::string(700'000, 'x') + "end");
     for (const char* const call : {"ioctl", "copy_file_range", "lseek"}) {
         const auto plain = [call](std::string_view name) {
-            // Each of these is missing somewhere; without sharing the others are reached at all.
+            // Each of these is missing somewhere; ioctl always fails, since sharing blocks would leave
+            // nothing for the others to do.
             return name == "ioctl" || name == call ? EINVAL : 0;
         };
         ASSERT_EQ(copyUnder(plain, file, folder.path("copy")), std::error_code()) << call;
@@ -265,7 +266,7 @@ TEST_F(CopyItemOften, leavesEverythingAsItWasWhicheverSystemCallFails) {
             EXPECT_EQ(snapshotOf(folder.path("tree")), before) << failing.number;
             const TemporaryFolder emptied(folder.path());
             const std::size_t copied = snapshotOf(folder.path("copy")).size();
-            // One that could be neither flushed nor taken back any more is whole.
+            // A copy that could be neither flushed nor taken back any more is whole.
             const bool isStuck = andAllThatFollow && copied == before.size();
             if (error && !isStuck) {
                 EXPECT_EQ(copied, 0U) << failing.number;

@@ -5,7 +5,7 @@
 #include "posix/files/Trash.h"
 #include "support/SystemCallFaults.h"
 
-// In which order things reach the disk, and how often it is asked. What comes of that when the power goes is
+// In which order things are brought to the disk, and how often. What remains of them after a power cut is
 // tried on real file systems by tests/crash.
 
 namespace vantrel::test {
@@ -13,7 +13,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The calls that change what others see, or bring it to the disk; a rename is a rename whichever the call.
+/// The calls that change what others see, or bring it to the disk.
 std::vector<std::string> milestones(const std::vector<std::string>& calls) {
     static constexpr std::array<std::string_view, 4> wanted{"renameat2", "fsync", "syncfs", "write"};
     std::vector<std::string> left;
@@ -27,7 +27,7 @@ class Durability : public FileOperationsFixture {
 protected:
     Durability() : FileOperationsFixture(quickPlace()) {}
 
-    /// What an operation calls; `answer` decides about each.
+    /// The system calls of an operation; `answer` decides about each.
     template <class Operation>
     std::vector<std::string> callsOf(
         Operation operate, std::function<int(std::string_view)> answer = [](std::string_view) { return 0; }) {
@@ -54,7 +54,7 @@ protected:
         return operations.moveItem(folder.path(name), folder.path("moved"));
     }
 
-    /// The first rename meets another file system.
+    /// Fails the first rename as if it led to another file system.
     static std::function<int(std::string_view)> across() {
         return [renames = 0](std::string_view call) mutable {
             return call == "renameat2" && renames++ == 0 ? EXDEV : 0;
@@ -141,12 +141,12 @@ TEST_F(Durability, theOriginalGoesAfterTheNameOfItsCopyIsOnTheDisk) {
     folder.makeFile("file", "content");
     const auto calls = callsOf([&] { return move("file"); }, across());
     EXPECT_EQ(error, std::error_code());
-    EXPECT_THAT(milestones(calls), ElementsAre("renameat2",  // which does not reach
+    EXPECT_THAT(milestones(calls), ElementsAre("renameat2",  // fails across file systems
                                                "fsync",      // content
                                                "renameat2",  // its name
                                                "fsync",      // that of the folder
                                                "renameat2",  // the original, out of everybody's reach
-                                               "fsync"));    // its going
+                                               "fsync"));    // its removal
 }
 
 TEST_F(Durability, aRenameIsOnTheDiskInBothFolders) {

@@ -30,7 +30,8 @@ bool costsAnAttribute(const FaultCase& fault) {
     return std::ranges::find(setters, fault.call) != setters.end();
 }
 
-/// A call to be made again. Of a close that was interrupted nobody knows whether it wrote everything.
+/// Whether the call is simply made again or carried on. After an interrupted close nobody knows whether
+/// everything was written.
 bool isHarmless(const FaultCase& fault) {
     return (fault.error == EINTR && fault.call != "close") || fault.error == SystemCallFaults::givesLess;
 }
@@ -74,7 +75,7 @@ protected:
                                       .circumstances = circumstances});
     }
 
-    /// Whether the copy is all that it should be although that call failed.
+    /// Expects the copy to be all that it should be although that call failed.
     void expectCopy(const std::string& path, const FaultCase& fault) const {
         const TreeSnapshot copy = snapshotOf(path);
         if (fault.call == "fstatat" && fault.error == ENOENT) {
@@ -183,7 +184,7 @@ TEST_F(FaultyOperations, aNewChainOfFoldersIsWholeOrNotThere) {
 TEST_F(FaultyOperations, anItemIsInTheTrashWithItsInfoOrWhereItWas) {
     tryEveryFault([this] { return Trash({.dataHome = work->path("data")}).put(work->path("tree")); },
                   [this](const FaultCase& fault) {
-                      // Where a name seems to be taken, the next one is.
+                      // Where a name seems to be taken, the next one is used.
                       const auto path = [&](const char* way, const char* suffix) {
                           const std::string first = work->path(way + std::string("tree") + suffix);
                           return fault.error != EEXIST || !snapshotOf(first).empty()

@@ -4,8 +4,8 @@
 #include "posix/files/PosixFileManager.h"
 #include "support/SystemCallFaults.h"
 
-// What only looks at the file system, with every one of its system calls failing in every way that its manual
-// page allows: the answer is right, or says that there is none, and no descriptor stays open.
+// Everything that only reads the file system, with every one of its system calls failing in every way that
+// its manual page allows: the answer is right, or says that there is none, and no descriptor stays open.
 
 namespace vantrel {
 namespace {
@@ -22,7 +22,7 @@ class FaultyReading : public test::FileOperationsFixture {
 protected:
     FaultyReading() : FileOperationsFixture(test::quickPlace()) {}
 
-    /// `look` gives nothing when it fails.
+    /// `look` returns nothing when it fails.
     template <class Answer>
     void expectTheAnswerOrNone(const std::function<std::optional<Answer>()>& look) {
         const std::optional<Answer> right = look();
@@ -37,7 +37,7 @@ protected:
     template <class Answer>
     static void expectRight(const FaultCase& fault, const std::optional<Answer>& answer,
                             const Answer& right) {
-        // A call that was interrupted is made again, one that did a part goes on.
+        // An interrupted call is made again, one that did only a part is carried on.
         if (fault.error == EINTR || fault.error == SystemCallFaults::givesLess || fault.call == "close") {
             EXPECT_TRUE(answer);
         }

@@ -28,7 +28,7 @@ public:
         return std::make_unique<SystemCallFaults>(
             [error = static_cast<int>(reason)](std::string_view) { return error; });
     }
-    /// Not by its permissions, which hold back nobody who is root.
+    /// Not by permissions, which do not hold back root.
     std::unique_ptr<SystemCallFaults> refusingToRead(const std::string&) const {
         return std::make_unique<SystemCallFaults>(
             [](std::string_view call) { return call == "openat" || call == "faccessat" ? EACCES : 0; });

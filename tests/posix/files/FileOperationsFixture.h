@@ -48,7 +48,7 @@ inline SystemCallFaults::Plan before(std::string name, std::function<void()> act
     };
 }
 
-/// What an operation answers while the plan decides about its system calls.
+/// The result of an operation whose system calls the plan decides about.
 template <class Operation>
 auto under(SystemCallFaults::Plan plan, Operation operation) {
     const SystemCallFaults faults(std::move(plan));
@@ -76,7 +76,7 @@ protected:
         return folder.path("tree");
     }
 
-    /// The names of this test's folder; nothing hidden remains of any operation.
+    /// The names in this test's folder, including anything hidden that an operation has left.
     std::vector<std::string> names() const { return namesIn(folder.path()); }
 
     std::error_code copyUnder(SystemCallFaults::Plan plan, const std::string& from, const std::string& to) {

@@ -29,7 +29,7 @@ class HostileSurroundings : public FileOperationsFixture {
 protected:
     HostileSurroundings() : FileOperationsFixture(quickPlace()) {}
 
-    /// Operations to which both places seem to lie on different file systems.
+    /// Makes the two places of an operation seem to lie on different file systems.
     static SystemCallFaults::Plan across(std::function<int(std::string_view)> otherwise = {}) {
         return [otherwise = std::move(otherwise), renames = 0](std::string_view call) mutable {
             if (call == "renameat2" && renames++ == 0) return EXDEV;
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-/// An open folder of somebody else's, in the place of whatever is hidden there.
+/// Puts an open folder of somebody else's in the place of whatever is hidden there.
 class Exchange {
 public:
     explicit Exchange(const std::string& place) : place_(place) {}
@@ -56,7 +56,7 @@ public:
         return false;
     }
 
-    /// What has come into the stranger's folder.
+    /// What has ended up in the stranger's folder.
     std::vector<std::string> loot() const {
         return opened_ ? namesIn("/proc/self/fd/" + std::to_string(opened_.number()))
                        : std::vector<std::string>();
@@ -102,7 +102,8 @@ TEST_F(HostileSurroundings, giveNothingToWhoExchangesTheHiddenFolder) {
     EXPECT_GE(refused, 1) << "when it comes between the making and the opening";
 }
 
-/// The binary form of an access list: the owner all, `reader` and the group reading, others nothing.
+/// The binary form of an access list: the owner may do everything, `reader` and the group may read, others
+/// nothing.
 std::string accessListFor(std::uint32_t reader) {
     const std::array<std::array<std::uint32_t, 2>, 5> entries{{{0x01 | 7 << 16, 0xFFFFFFFF},
                                                                {0x02 | 4 << 16, reader},
@@ -217,7 +218,8 @@ TEST_F(HostileSurroundings, anOriginalIsMovedAwayFromAFullFileSystem) {
             const auto before = snapshotOf(folder.path(name));
             {
                 const SystemCallFaults plan(across([&, made = 0](std::string_view call) mutable {
-                    // The first is the copy's; a folder of the tree follows each other one.
+                    // First come the copy's workplace and, for the tree, three folders; the rest is made
+                    // beside the original.
                     const bool isSource =
                         call == "mkdirat" && made++ >= (name == std::string("tree") ? 4 : 1);
                     return isSource ? full : 0;

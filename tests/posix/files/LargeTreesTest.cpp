@@ -33,14 +33,14 @@ protected:
         top = "tree" + deep.path().substr(folder.path("tree").size());
         innermost = deep.makeDeepFolder(depth, "d").substr(folder.path().size());
         EXPECT_TRUE(openPath(folder.path() + innermost + "/file", O_WRONLY | O_CREAT));
-        // Out of reach of its owner, who would remove it.
+        // Away from its TemporaryFolder, which would remove it.
         EXPECT_EQ(::rename(deep.path().c_str(), folder.path("tree/kept").c_str()), 0);
         innermost.replace(0, deep.path().size() - folder.path().size(), "/tree/kept");
         before = test::openDescriptors();
     }
     ~DeepTree() override { EXPECT_EQ(test::openDescriptors(), before); }
 
-    /// Whether the innermost file is there, below another folder in the place of "tree".
+    /// Whether the innermost file is there, below the folder `tree` in the place of "tree".
     bool isWhole(const std::string& tree) const {
         return static_cast<bool>(openPath(tree + innermost.substr(5) + "/file", O_RDONLY));
     }

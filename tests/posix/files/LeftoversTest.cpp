@@ -17,7 +17,7 @@
 #include "support/ChildProcess.h"
 #include "support/SystemCallFaults.h"
 
-// What operations that ended on the way leave behind, and what becomes of it.
+// What interrupted operations leave behind, and what becomes of it.
 
 namespace vantrel::test {
 namespace {
@@ -49,8 +49,8 @@ protected:
 
     std::string path(const std::string& name) const { return work->path(name); }
 
-    /// Runs the operation in a child that `signal` meets before its n-th call, for every n until it is
-    /// through. `isAcross`: the first rename meets another file system.
+    /// Runs the operation in a child that gets `signal` before its n-th call, for every n until it completes.
+    /// `isAcross`: the first rename fails as if it led to another file system.
     void interruptEverywhere(int signal, bool isAcross, const std::function<std::error_code()>& operate,
                              const std::function<void()>& check) {
         for (int number = 0;; ++number, ++cases) {
@@ -85,7 +85,7 @@ protected:
         EXPECT_THAT(hiddenNamesIn(work->path()), IsEmpty());
     }
 
-    /// A workplace with a file in it, as a process that is no more would have left it.
+    /// A workplace with a file in it, as a process that has ended would have left it.
     std::string makeDead(const std::string& prefix) const {
         std::string mark;
         EXPECT_TRUE(hasSucceeded(inChild([&] {
@@ -169,14 +169,14 @@ TEST_F(Leftovers, areNotMadeWhereDescriptorsAreShort) {
     for (rlim_t left = 1; left < 20; ++left) {
         begin();
         const int status = inChild([&] {
-            // What whoever started the tests has left open would make the limit mean something else each
-            // time.
+            // Descriptors inherited from whoever started the tests would give the limit a different meaning
+            // each time.
             ::close_range(STDERR_FILENO + 1, ~0U, 0);
             const rlim_t most = STDERR_FILENO + 1 + left;
             const rlimit limit{.rlim_cur = most, .rlim_max = most};
             ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
             const std::error_code error = operations.copyItem(path("tree"), path("copy"));
-            // With as many as this there is no reason to fail.
+            // With this many there is no reason to fail.
             EXPECT_TRUE(!error || left < 10) << left;
             ::_exit(testing::Test::HasFailure() ? 1 : error ? 2 : 0);
         });
@@ -244,7 +244,7 @@ TEST(ProcessMarks, tellThisProcessFromOthersAndThoseFromTheDead) {
     EXPECT_NE(own, processMark()) << "no two are alike";
     EXPECT_EQ(processOf(own), MarkedProcess::thisOne);
     EXPECT_TRUE(hasSucceeded(inChild([&] { EXPECT_EQ(processOf(own), MarkedProcess::running); })));
-    // Another start of the system, another container, a number that somebody else has by now.
+    // Another boot, another container, a process number that somebody else has by now.
     std::vector<std::string> parts;
     for (std::size_t begin = 0; begin <= own.size(); begin = own.find('.', begin) + 1) {
         parts.push_back(own.substr(begin, own.find('.', begin) - begin));

@@ -113,7 +113,7 @@ TEST_F(PosixFileManagerTest, tellsDatesBefore1970) {
 TEST_F(PosixFileManagerTest, tellsDatesAsFarAwayAsAFileSystemKeepsThem) {
     const test::ScopedEnvironment zone("TZ", "UTC");
     const TemporaryFolder memory(
-        test::quickPlace());  // the file systems of disks end earlier, with a date of their own
+        test::quickPlace());  // file systems on disks end at earlier dates of their own
     const std::string path = memory.makeFile("file");
     for (const auto& [second, expected] : {std::pair{10'413'792'000, "2300-01-01 00:00:00"},
                                            {13'569'465'600, "2400-01-01 00:00:00"},
@@ -166,7 +166,7 @@ TEST_F(PosixFileManagerTest, asksTheFilterOnceForEachNameAndLooksAtWantedEntries
     std::vector<std::string> asked;
     const auto entries = files.contentsOfDirectory(folder.path(), [&](std::string_view name) {
         asked.emplace_back(name);
-        // Gone by now, a wanted entry could no longer be looked at.
+        // It is gone from now on, so its status could not be asked for.
         if (name == ".unwanted") ::unlink(folder.path(name).c_str());
         return !name.starts_with('.');
     });

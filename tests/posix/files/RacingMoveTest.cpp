@@ -42,7 +42,7 @@ bool rewrite(int file, std::string_view text) {
            ::futimens(file, times.data()) == 0;
 }
 
-/// A move that holds off writers must not be waited for by the thread that makes it.
+/// A move may hold off writers, and the thread that makes the move must not wait for itself.
 FileDescriptor openNow(int folder, const std::string& path, int flags) {
     return FileDescriptor(::openat(folder, path.c_str(), flags | O_NONBLOCK | O_CLOEXEC, 0644));
 }
@@ -68,8 +68,7 @@ std::vector<std::string> visibleContents(const std::string& folder) {
 
 class RacingMove : public testing::Test {
 protected:
-    /// Something that another program has prepared before the move and does during it. False when it could
-    /// not.
+    /// What another program has prepared before the move and does during it. False when it could not.
     using Change = std::function<bool()>;
 
     RacingMove() : folder(test::quickPlace()) {}
@@ -89,7 +88,7 @@ protected:
     }
 
     /// Moves `name` to "moved" with the change made before the n-th call, for every n. `prepare` runs before
-    /// each move and answers the change.
+    /// each move and returns the change.
     void moveWhile(const std::string& name, const std::function<Change()>& prepare,
                    const std::function<void(bool isMoved)>& check) {
         for (int number = 0;; ++number, ++cases) {

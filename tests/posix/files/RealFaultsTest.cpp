@@ -100,7 +100,7 @@ TEST_F(RealFaults, aVolumeThatCannotBeWrittenToIsReadAndNothingElse) {
             if (!mountMemory(volume, "size=1m")) return false;
             folder.makeFolder("volume/tree");
             folder.makeFile("volume/tree/file", "content");
-            // Where root mounts it is root's, and moving it has to be nothing but the volume's affair.
+            // A tree that root makes is root's, but nothing except the volume may keep it from being moved.
             std::filesystem::permissions(volume + "/tree", std::filesystem::perms::all);
             return ::mount(nullptr, volume.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
         },
@@ -113,7 +113,7 @@ TEST_F(RealFaults, aVolumeThatCannotBeWrittenToIsReadAndNothingElse) {
                       std::errc::read_only_file_system);
             EXPECT_EQ(operations.createDirectory(volume + "/a/b"), std::errc::read_only_file_system);
             EXPECT_TRUE(Trash({.dataHome = folder.path("data")}).put(volume + "/tree"));
-            // The copy is complete when the original turns out not to be removable.
+            // By the time the original turns out not to be removable, the copy is complete.
             EXPECT_EQ(operations.moveItem(volume + "/tree", folder.path("moved")),
                       std::errc::read_only_file_system);
             auto after = snapshotOf(folder.path());
@@ -180,7 +180,7 @@ std::pair<int, std::string> runAsOrdinaryUser(const std::string& filter) {
 
 TEST(AsOrdinaryUser, theTestsThatRootSkipsPassToo) {
     if (::geteuid() != 0) GTEST_SKIP() << "they ran already";
-    // All of them, also where this program runs only its share of the tests.
+    // All of them, even where this program runs only its share of the tests.
     const test::ScopedEnvironment shares("GTEST_TOTAL_SHARDS", std::nullopt);
     const test::ScopedEnvironment share("GTEST_SHARD_INDEX", std::nullopt);
     const auto [status, output] = runAsOrdinaryUser(

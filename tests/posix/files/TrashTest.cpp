@@ -51,7 +51,7 @@ protected:
         return volume.path(".Trash-" + user + "/" + name);
     }
 
-    /// What the info file says of the item's place.
+    /// The item's place according to the info file.
     static std::string recordedPath(const std::string& infoFile) {
         static const std::regex form(
             "\\[Trash Info\\]\nPath=(.*)\nDeletionDate=\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\n");
