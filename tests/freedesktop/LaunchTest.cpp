@@ -13,7 +13,7 @@
 namespace vantrel::launching {
 namespace {
 
-/// Waits until the program that was started has put all of its note there.
+/// Waits until the started program has written all of its note there.
 bool appears(const std::string& note) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (::access(note.c_str(), F_OK) != 0) {
@@ -30,7 +30,7 @@ std::error_code startShellIn(const std::string& folder, const std::string& note)
 
 class AFolderThatMayOnlyBeEntered : public testing::Test {
 protected:
-    /// Of an ordinary user, whom its permissions hold.
+    /// Runs `body` as an ordinary user, whom the place's permissions hold back.
     void withPermissions(mode_t permissions, const std::function<void()>& body) {
         const auto prepare = [this, permissions] {
             place = folder.makeFolder("place");
