@@ -89,7 +89,7 @@ TEST_F(QtContentWidgetTest, aChangeByItselfWaitsLongerForItsFrameThanOneThatIsWa
         inPassing = timerInterval(widget);
         root->setNeedsDisplay(Redraw::atOnce);
         atOnce = timerInterval(widget);
-        // On a busy machine both may be due already; then once more.
+        // On a busy machine both may be due already; then it is tried again.
         return inPassing > 0 && atOnce > 0;
     }));
     EXPECT_GT(inPassing, atOnce);

@@ -15,7 +15,7 @@
 #include "support/PreviewPanelContract.h"
 #include "support/TextFieldContract.h"
 
-// What the fakes of these ports keep in core-tests, kept by the ports' real sides.
+// The contracts of these ports, which their fakes fulfil in core-tests, tried on the real implementations.
 
 namespace vantrel::test {
 

@@ -31,7 +31,7 @@ public:
     void runAll() {
         bool last = false;
         const auto markEnd = [&] { queue_.post([&] { last = true; }); };
-        // The second mark stands behind everything that tasks before the first one have posted.
+        // The second mark comes after everything that tasks before the first one have posted.
         queue_.post(markEnd);
         EXPECT_TRUE(QTest::qWaitFor([&] { return last; }, 60'000));
     }
@@ -100,7 +100,7 @@ TEST(QtMainQueue, aTaskSoonAfterAnotherWakesNobodyAndRunsAllTheSame) {
         queue.post([&ran] { ran = true; });
         EXPECT_TRUE(QTest::qWaitFor([&ran] { return ran; }, 60'000));
     };
-    // On a busy machine the second one may come too late; then once more.
+    // On a busy machine the second one may come too late; then it is tried again.
     EXPECT_TRUE(QTest::qWaitFor(
         [&] {
             run();

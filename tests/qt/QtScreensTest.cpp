@@ -64,7 +64,7 @@ protected:
         }
         serveEvents();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
-        // The window's system gives it its size in points back by an event of its own.
+        // The window system gives the window its size in points back by a separate event.
         ASSERT_TRUE(QTest::qWaitFor([this] { return window.content().size() == QSize(304, 204); }));
         ASSERT_EQ(window.devicePixelRatioF(), ratio);
     }

@@ -66,7 +66,7 @@ TEST(QtWindow, isCentredOnItsScreen) {
     window.centerAndShow();
     const QPoint middle = QGuiApplication::primaryScreen()->availableGeometry().center();
     EXPECT_EQ(window.geometry().center().x(), middle.x());
-    // With room for a title bar, which this platform has not.
+    // Room is left for a title bar, which this platform does not have.
     const int titleBar = QApplication::style()->pixelMetric(QStyle::PM_TitleBarHeight);
     EXPECT_NEAR(window.geometry().center().y(), middle.y(), titleBar);
 }
@@ -141,7 +141,7 @@ TEST(QtApplication, isKnownToTheDesktopByItsName) {
 
 namespace {
 
-/// Notices the events that get through to a widget.
+/// Counts the events that get through to a widget.
 class Recorder final : public QWidget {
 public:
     int inputs = 0;

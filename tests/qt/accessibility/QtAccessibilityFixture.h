@@ -18,7 +18,7 @@
 
 namespace vantrel::test {
 
-/// A view with a meaning that a test sets, and counts of what was asked of it.
+/// A view whose meaning a test sets, and which counts what is asked of it.
 class MeaningfulView final : public View, public Accessible {
 public:
     MeaningfulView(AccessibleRole role, std::string name) : role_(role), name_(std::move(name)) {}
@@ -86,7 +86,7 @@ private:
     std::string name_;
 };
 
-/// What was told, in its order.
+/// What was told, in order.
 inline std::vector<std::string> told;
 
 inline void keepWhatIsTold(QAccessibleEvent* event) {

@@ -53,7 +53,7 @@ protected:
         return last;
     }
 
-    /// Nothing but facts is shown, and little memory was used for finding that out.
+    /// Expects nothing but facts to be shown, and finding that out to have kept to the memory limit.
     void expectRefused(const std::string& name, const QByteArray& bytes) const {
         const std::string path = folder.makeFile(name, bytes.toStdString());
         const bool isMeasured = forgetPeak();
@@ -130,7 +130,7 @@ TEST_F(PreviewBounds, picturesThatSayTheyAreHugeAreRefused) {
 }
 
 TEST_F(PreviewBounds, aPictureOfFewBytesAndManyPixelsIsGivenUpWhenItIsTold) {
-    // 80 kilobytes that unpack to 80 megabytes, and the decoder believes that there are a thousand more.
+    // 80 kilobytes that unpack to 80 megabytes, while the decoder believes that there are a thousand more.
     const QByteArray bytes = pngThatSaysItIs(20'000, 20'000, QByteArray(80'000'000, '\0'));
     constexpr qsizetype firstPart = 20'000;
     std::array<int, 2> ends{};
@@ -179,7 +179,7 @@ TEST_F(PreviewBounds, textsOfEveryShapeAreShownWithinTheirBounds) {
 }
 
 TEST_F(PreviewBounds, aFileThatGrowsWithoutEndIsReadToALimit) {
-    // Every reading finds more: its length is that of the moment, its content never ends.
+    // The first has content although its size is 0, the second seems to have no end.
     const PreviewContent content = load("/proc/self/maps");
     EXPECT_TRUE(std::holds_alternative<TextBody>(content.body));
     const std::string endless = folder.makeFile("endless.txt", std::string(300'000, 'a'));

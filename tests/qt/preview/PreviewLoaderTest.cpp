@@ -36,7 +36,7 @@ protected:
         return answers.empty() ? PreviewContent() : answers.back();
     }
 
-    /// The picture in `bytes`, as a file of that name is shown.
+    /// The picture that is shown for a file of that name with these bytes.
     ImageBody loadImage(std::string_view name, const QByteArray& bytes) {
         const PreviewContent content = loadOne(folder.makeFile(name, bytes.toStdString()));
         const auto* image = std::get_if<ImageBody>(&content.body);
@@ -68,7 +68,7 @@ QByteArray encoded(const QImage& image, const char* format, QImageIOHandler::Tra
     return buffer.data();
 }
 
-/// A picture of a few grey pixels with that size in its frame header (ITU-T T.81, B.2.2).
+/// A picture of a few grey pixels that claims that size in its frame header (ITU-T T.81, B.2.2).
 QByteArray jpegThatSaysItIs(int width, int height) {
     QImage grey(16, 16, QImage::Format_Grayscale8);
     grey.fill(128);

@@ -33,8 +33,8 @@ public:
     std::vector<KeyEvent> keys;
 };
 
-/// Stands in for loadPreview: text with the file's path as its content. Of "/hanging..." it answers only
-/// when it is released, of "/silent..." never.
+/// Stands in for loadPreview: text with the file's path as its content. For "/hanging..." it answers only
+/// once it is released, for "/silent..." never.
 class FakeFiles {
 public:
     QtPreviewPanel::Loader loader() {

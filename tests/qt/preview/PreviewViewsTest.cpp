@@ -12,14 +12,14 @@ namespace vantrel::test {
 
 namespace {
 
-/// An icon beside those of the theme, a red square of that many pixels.
+/// Adds an icon to those of the theme: a red square with sides of that many pixels.
 class ExtraIcon {
 public:
     ExtraIcon(const QString& name, int side) {
         QImage square(side, side, QImage::Format_RGB32);
         square.fill(Qt::red);
         EXPECT_TRUE(square.save(QString::fromStdString(folder_.path(name.toStdString() + ".png"))));
-        // Without a theme nothing is looked for, not even beside it.
+        // Without a theme Qt looks for no icon at all, not even in the fallback paths.
         QIcon::setThemeName("hicolor");
         QIcon::setFallbackSearchPaths({QString::fromStdString(folder_.path())});
     }
