@@ -70,7 +70,7 @@ class Accessibility(WindowCase):
         until(lambda: self.reader.attempt("is_there", "table", "Left panel").get("answer"), "the left table is there")
 
     def hears(self, event, role, name, value=1):
-        """Waits until it has been heard; forgets it and what came before it."""
+        """Waits until that has been heard, then forgets it and everything before it."""
 
         def arrives():
             self.heard.extend(self.reader.ask("events"))

@@ -1,4 +1,4 @@
-"""A folder in which a thread of its own never stops making, removing, renaming and replacing things."""
+"""A folder in which a thread keeps making, removing, renaming and replacing things."""
 
 import os
 import random
@@ -16,7 +16,7 @@ PAUSE = 0.003  # seconds
 
 
 def never_waiting(path, flags):
-    """Opens a FIFO that nobody reads only to fail."""
+    """Fails on a FIFO that nobody reads, instead of waiting for a reader."""
     return os.open(path, flags | os.O_NONBLOCK, 0o644)
 
 

@@ -1,4 +1,4 @@
-"""The entry in the desktop's menu: what it starts, and that the window is known to be its own."""
+"""The entry in the desktop's menu: what it starts, and that the window is recognised as belonging to it."""
 
 import configparser
 import os

@@ -1,4 +1,4 @@
-"""What is pressed happens, once, and to what was meant: input that is typed ahead, doubled or held."""
+"""What is pressed takes effect once, on what was meant: input that is typed ahead, doubled or held."""
 
 import os
 import shutil
@@ -38,7 +38,7 @@ class GestureCase(WindowCase):
             self.session.keys(*keys)
 
     def preview(self):
-        """The preview's window, or None; it is called after what it shows."""
+        """The preview's window, or None. Its title is the name of what it shows."""
         found = self.session.xdotool("search", "--onlyvisible", "--name", "^(a0.|file.txt)$", check=False).split()
         return found[0] if found else None
 
@@ -169,7 +169,7 @@ class Held(GestureCase):
         self.quit_and_expect_silence()
 
     def test_return_that_closes_a_dialog_enters_nothing(self):
-        # As far down as a minute of repeats would lead.
+        # As deep as a minute of repeats would lead.
         self.session.make_folder("tree/a01" + "/b" * 200)
         title = self.left.title()
         self.session.keys("F1")
@@ -216,7 +216,7 @@ class Doubled(GestureCase):
     BLANK = (600, 300)
 
     def test_a_double_click_on_a_dialogs_button_opens_nothing_beneath(self):
-        # A row beneath the button of the help.
+        # Enough rows for one to lie beneath the button of the help.
         for number in range(4, 30):
             self.session.make_folder(f"tree/a{number:02}")
         self.session.keys("ctrl+r")
@@ -315,7 +315,7 @@ class Names(WindowCase):
 
 @unittest.skipIf(shutil.which("setxkbmap") is None, "setxkbmap is not installed")
 class Layouts(WindowCase):
-    """The key of the 2, by its code: it types an accented letter on the keyboards of some languages."""
+    """The key of the digit 2, by its code: on the keyboards of some languages it types an accented letter."""
 
     KEY_OF_2 = "11"
 
@@ -324,7 +324,7 @@ class Layouts(WindowCase):
         header = self.left.header()
         self.session.run("setxkbmap", *layout)
         self.session.keys("+".join(["ctrl", *modifiers, self.KEY_OF_2]))
-        # Whatever it did is done before the layout changes, which a busy program would read it by.
+        # A busy program would read the key by the changed layout, so its effect is waited for first.
         self.session.keys("Down", "Down")
         self.left.expect_cursor(3, "active")
         self.session.run("setxkbmap", "us")

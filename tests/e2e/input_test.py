@@ -233,7 +233,7 @@ class End(WindowCase):
 
     def test_closing_the_window_ends_the_program(self):
         self.open_window()
-        # The first key of all makes the window manager bind its keys anew, and it may miss one meanwhile.
+        # The very first key makes the window manager bind its keys anew, and it may miss one meanwhile.
         self.session.press_until_end("alt+F4")
         self.expect_end((0, "", ""))
 

@@ -45,7 +45,7 @@ class Panel:
         return None
 
     def has_row(self, row):
-        """Whether a name stands there: every row but the cursor's has ink on blue, the cursor's has a bar."""
+        """Whether there is a name in the row: every row but the cursor's has ink on blue, the cursor's has a bar."""
         if self._pixel(7, self.row_y(row) + 1) != BLUE:
             return True
         y = self.row_y(row)

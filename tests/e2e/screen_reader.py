@@ -51,7 +51,7 @@ class ScreenReader:
         raise LookupError("the program is not there")
 
     def find(self, role, name, node=None):
-        """The first with that role whose name begins so; what is inside tables is not looked at."""
+        """The first with that role whose name begins like this; the insides of tables are not searched."""
         node = node or self.program()
         if node.get_role_name() == role and node.get_name().startswith(name):
             return node
@@ -78,7 +78,7 @@ class ScreenReader:
         return described(self.found(role, name))
 
     def inside(self, role, name):
-        """All that is in it, flat."""
+        """Everything inside it, in one flat list."""
         all_of_it = []
         rest = children(self.found(role, name))
         while rest:

@@ -16,7 +16,7 @@ TITLE = "Vantrel - Orvane"
 
 
 def until(condition, what):
-    """Polls until `condition()` is true and answers its value."""
+    """Polls until `condition()` is true and returns its value."""
     end = time.monotonic() + LIMIT
     while True:
         value = condition()
@@ -28,7 +28,7 @@ def until(condition, what):
 
 
 def settled(look):
-    """Polls until `look()` gives the same answer ten times in a row and answers it."""
+    """Polls until `look()` gives the same answer ten times in a row, and returns it."""
     answers = []
 
     def repeats():
@@ -58,7 +58,7 @@ class Session:
             "XDG_CACHE_HOME": self.make_folder("cache"),
             "XDG_DATA_HOME": self.make_folder("data"),
         }
-        # A program built with a sanitizer is told how strict to be.
+        # Tells a program built with a sanitizer how strict to be.
         for name, value in os.environ.items():
             if name.endswith("SAN_OPTIONS"):
                 self.environment[name] = value
@@ -121,12 +121,12 @@ class Session:
         process.stdout.close()
 
     def open_display(self, manager="openbox", size="1280x900"):
-        """With that window manager, or with none."""
+        """Starts the X server, with that window manager or with none."""
         read, write = os.pipe()
         quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
         self.spawn(
             ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp"]
-            # It would begin anew, and refuse programs meanwhile, whenever the last one leaves.
+            # Or the server would reset, and refuse programs meanwhile, whenever the last one leaves.
             + ["-noreset", "-nocursor", "-fbdir", self.folder],
             pass_fds=[write],
             **quiet,
@@ -140,7 +140,7 @@ class Session:
         self.screen = Screen(self.path("Xvfb_screen0"))
 
     def _start_manager(self, manager):
-        """Returns when it manages windows."""
+        """Starts the window manager and waits until it manages windows."""
         managed = self.path("managed")
         os.mkfifo(managed)
         fifo = os.open(managed, os.O_RDONLY | os.O_NONBLOCK)
@@ -226,7 +226,7 @@ class Session:
 
     @contextlib.contextmanager
     def stopped(self):
-        """What is typed and clicked inside waits until the program goes on."""
+        """Stops the program: what is typed and clicked inside the block waits until it goes on."""
         self.program.send_signal(signal.SIGSTOP)
         until(lambda: self.state_of_program() == "T", "the program is stopped")
         try:
@@ -235,7 +235,7 @@ class Session:
             self.program.send_signal(signal.SIGCONT)
 
     def state_of_program(self):
-        """The letter that proc(5) gives it."""
+        """The letter for the state in /proc, see proc(5)."""
         with open(f"/proc/{self.program.pid}/stat", encoding="ascii") as file:
             return file.read().rpartition(")")[2].split()[0]
 
@@ -246,12 +246,12 @@ class Session:
         self.xdotool("keyup", key)
 
     def click(self, x, y, button=1, count=1):
-        """At a place in the window's content."""
+        """Clicks at a place in the window's content."""
         self.xdotool("mousemove", str(self.x + int(x)), str(self.y + int(y)))
         self.xdotool("click", "--repeat", str(count), "--delay", "40", str(button))
 
     def press_until_end(self, key):
-        """Presses it once a second until the program has ended."""
+        """Presses the key once a second until the program has ended."""
 
         def ends():
             self.keys(key)

@@ -27,7 +27,7 @@ SECONDS_BETWEEN_LOOKS = 5
 WARM_UP = 0.25  # of the whole time
 MOST_GROWTH = 1.15  # of the memory
 MOST_NEW_DESCRIPTORS = 4
-# Each thread of the walks keeps one of the working folder, from the first large folder that falls to it on.
+# Each thread of the walks keeps a descriptor of the working folder, from the first large folder it is given on.
 WALK_THREADS = min(max(2 * os.cpu_count(), 8), 32)
 FUNCTION_BAR = 26
 
@@ -79,7 +79,7 @@ class Soak:
             "XDG_RUNTIME_DIR": "/zone/runtime",
             "XDG_DATA_DIRS": "/zone/nothing",
             "PATH": "/zone/bin",
-            # What was freed is kept for a while, which is no growth of the program's.
+            # Freed memory is held back for a while, which must not look like growth of the program.
             "ASAN_OPTIONS": "quarantine_size_mb=16:thread_local_quarantine_size_kb=64",
             "LSAN_OPTIONS": "suppressions=/sanitizers/lsan.txt:print_suppressions=0",
         }
@@ -155,7 +155,7 @@ class Soak:
         self.looks.append((time.monotonic() - start, int(line.split()[1]), self._descriptors()))
 
     def _descriptors(self):
-        """What each open descriptor leads to, without those that the walks keep."""
+        """What each open descriptor leads to, except for those that the walks keep."""
         folder, found, kept = f"/proc/{self.pid}/fd", [], 0
         home = os.readlink(f"/proc/{self.pid}/cwd")
         for number in os.listdir(folder):
@@ -177,7 +177,7 @@ class Soak:
         return True
 
     def expect_rest(self):
-        """Nobody counts any more once both panels show folders that are counted."""
+        """Nothing counts any more once both panels show folders that have their totals."""
         self.tree.stop()
         self.calm_down()
         for _ in range(2):
@@ -216,7 +216,7 @@ class Soak:
         return collections.Counter(target.split("[")[0] for target in descriptors)
 
     def judge(self, status, output, errors):
-        """The sentences that are not as they should be."""
+        """Prints the figures and returns what is wrong with them, if anything."""
         warm = [look for look in self.looks if look[0] >= WARM_UP * self.options.minutes * 60]
         third = max(1, len(warm) // 3)
         early = statistics.median(memory for _, memory, _ in warm[:third])
@@ -234,7 +234,7 @@ class Soak:
             complaints.append("memory grows")
         if last.total() > few.total() + MOST_NEW_DESCRIPTORS:
             complaints.append("descriptors are leaked")
-        # The picture library's own words about one of the broken pictures here. They are nobody's fault.
+        # The picture library rightly complains about one of the broken pictures here.
         errors = "".join(line for line in errors.splitlines(True) if not line.startswith(PICTURE_COMPLAINT))
         if status != 0 or errors:
             complaints.append(f"standard error: {errors}")

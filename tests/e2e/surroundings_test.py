@@ -1,4 +1,4 @@
-"""Surroundings that are slow, silent or hostile: nothing of them holds up the window or runs in it."""
+"""Surroundings that are slow, silent or hostile: they neither hold up the window nor get anything of theirs run."""
 
 import fcntl
 import os
@@ -92,7 +92,7 @@ class UnreadOutput(WorkspaceCase):
 
     def fill_and_work(self, reader, writer):
         self.addCleanup(os.close, reader)
-        # The home trash cannot be made, which is a line for each try.
+        # The home trash cannot be made, so every try prints a line.
         self.session.make_folder("data")
         self.session.make_file("data/Trash")
         self.session.make_file("tree/file")

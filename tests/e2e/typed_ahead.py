@@ -32,7 +32,7 @@ STATES = {
     "inside": ("Return",),
 }
 
-# Not what would start other programs.
+# None that would start other programs.
 KEYS = (
     ["F1", "F2", "F3", "F5", "F6", "F7", "F8", "F9", "F10", "Tab", "shift+Tab", "Escape", "Return", "KP_Enter"]
     + ["space", "BackSpace", "Up", "Down", "Left", "Right", "Home", "End", "Prior", "Next", "Delete"]
@@ -40,7 +40,7 @@ KEYS = (
     + ["alt+f", "alt+x"]
 )
 
-# What follows the key and shows who has the keyboard then.
+# Typed after the key, to show who has the keyboard then.
 AFTERWARDS = ("x", "Return")
 
 
@@ -74,7 +74,7 @@ class Run:
         return hashlib.sha1(session.screen.area(session.x, session.y, session.width, height)).hexdigest()
 
     def settle(self):
-        """Its picture and its windows when nothing changes any more, or how it ended."""
+        """The program's picture and windows once nothing changes any more, or how it ended."""
         settled(lambda: self.session.program.poll() is not None or self.picture())
         if self.session.program.poll() is not None:
             return "ended", self.session.program.poll()
@@ -109,7 +109,7 @@ class Run:
 
 
 def compare(session, keys, numbers):
-    """What is different each time is different; a picture may have been taken in the wrong moment."""
+    """Only a difference every time counts, since a picture may have been taken at the wrong moment."""
     for _ in range(3):
         slow = Run(session, next(numbers)).slowly(keys)
         ahead = Run(session, next(numbers)).ahead(keys)

@@ -54,7 +54,7 @@ class WaylandSession(Session):
             file.write(CONFIGURATION)
         command = ["sway", "-c", configuration]
         if os.geteuid() == 0:
-            # It refuses to run as root. Root's own programs may talk to it nevertheless.
+            # The compositor refuses to run as root. Root's own programs may talk to it nevertheless.
             os.chmod(self.folder, stat.S_IMODE(os.stat(self.folder).st_mode) | 0o011)
             os.chown(runtime, NOBODY, NOBODY)
             command = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups", *command]
@@ -89,8 +89,8 @@ class WaylandSession(Session):
         self.run("swaymsg", "--", *words)
 
     def key_until(self, name, condition, what):
-        """Presses a key again until it has had its effect: a virtual keyboard that is gone at once may take its
-        key along. So only for keys that may come twice."""
+        """Presses a key again until it has had its effect, since a virtual keyboard that exits at once may take its
+        key along. Only for keys that may come twice."""
         end = time.monotonic() + LIMIT
         while not condition():
             assert time.monotonic() < end, f"waited in vain: {what}"

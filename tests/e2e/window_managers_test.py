@@ -49,7 +49,7 @@ class WindowManagers(WindowCase):
 
 class Scales(WindowCase):
     def lines(self, x, width, y):
-        """How many pixels wide each line is that stands on blue ground there, from left to right."""
+        """How many pixels wide the lines on blue ground are there, from left to right."""
         row = [self.session.screen.pixel(self.session.x + at, self.session.y + y) for at in range(x, x + width)]
         return [len(list(run)) for colour, run in itertools.groupby(row) if colour != BLUE]
 

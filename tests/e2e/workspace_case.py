@@ -72,7 +72,7 @@ class WorkspaceCase(WindowCase):
                 pass
 
     def provide_file_manager(self, answer):
-        """Found and started by the bus itself."""
+        """Installs a file manager that the bus itself finds and starts."""
         services = self.session.make_folder("data/dbus-1/services")
         program = os.path.join(self.session.programs, "fake-file-manager")
         with open(f"{services}/manager.service", "w", encoding="ascii") as file:

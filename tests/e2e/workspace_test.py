@@ -69,7 +69,7 @@ class OpeningAFile(WorkspaceCase):
         self.left.expect_cursor(1, "active")
         os.remove(self.file)
         self.session.keys("Return")
-        # Requests begin in their order; the terminal is there as a mark behind the file.
+        # Requests begin in order, so the terminal marks that the one for the file has begun.
         self.session.keys("ctrl+t")
         until(self.notes, "the terminal is started")
         self.assertEqual([note["program"] for note in self.notes()], ["xterm"])
