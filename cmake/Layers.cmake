@@ -30,13 +30,13 @@ function(vantrel_neighbours folder result)
 endfunction()
 
 # Every header has to compile when it is included first. Those of a .cpp are, since it includes its own before any
-# other (which a test sees to); for the others there is a unit each whenever tests are built.
+# other (which a test sees to); for the others there is a unit each whenever tests are built and units are not joined.
 function(vantrel_headers_alone folder result)
   file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
   set(units "")
   foreach(header IN LISTS headers)
     string(REGEX REPLACE "\\.h$" ".cpp" source ${header})
-    if(BUILD_TESTING AND NOT EXISTS ${PROJECT_SOURCE_DIR}/src/${source})
+    if(BUILD_TESTING AND NOT CMAKE_UNITY_BUILD AND NOT EXISTS ${PROJECT_SOURCE_DIR}/src/${source})
       set(unit ${PROJECT_BINARY_DIR}/headers/${source})
       file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${header}\"\n")
       list(APPEND units ${unit})

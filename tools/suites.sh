@@ -20,12 +20,14 @@ count_broken() {
 
 attribute() { sed -n "s/^<testsuites.* $1=\"\([0-9]*\)\".*/\1/p" "$2" 2>/dev/null; }
 
-# run_shards PROGRAM FOLDER: runs a GoogleTest program once for each processor, each with its share of the tests.
-# Leaves N.xml, N.txt (what it printed) and N.status there.
-run_shards() {
-    local program=$1 folder=$2 total shard
-    total=$(nproc)
+# run_shards PROGRAM FOLDER: runs a GoogleTest program in several shares, one at a time for each processor, so that a
+# share with long tests holds up nobody. Leaves N.xml, N.txt (what it printed) and N.status there.
+run_shards() (
+    local program=$1 folder=$2 processors total shard
+    processors=$(nproc)
+    total=$((4 * processors))
     for ((shard = 0; shard < total; ++shard)); do
+        ((shard < processors)) || wait -n
         (
             GTEST_TOTAL_SHARDS=$total GTEST_SHARD_INDEX=$shard \
                 "$program" --gtest_brief=1 --gtest_output="xml:$folder/$shard.xml" >"$folder/$shard.txt" 2>&1
@@ -33,7 +35,7 @@ run_shards() {
         ) &
     done
     wait
-}
+)
 
 # run_suite NAME PROGRAM: a GoogleTest program; only its failures are shown.
 run_suite() {

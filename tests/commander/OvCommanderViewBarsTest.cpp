@@ -8,11 +8,10 @@
 namespace vantrel {
 namespace {
 
+using test::bold;
 using test::FillStroke;
 using test::RecordingCanvas;
 using test::TextStroke;
-
-const Font bold{"Menlo", 13, FontWeight::bold};
 
 class OvCommanderViewBars : public test::CommanderTest {
 protected:

@@ -8,13 +8,13 @@
 namespace vantrel {
 namespace {
 
+using test::bold;
 using test::FillStroke;
 using test::OutlineStroke;
 using test::RecordingCanvas;
+using test::regular;
 using test::TextStroke;
 
-const Font regular{"Menlo", 13, FontWeight::regular};
-const Font bold{"Menlo", 13, FontWeight::bold};
 const Font small{"Menlo", 11, FontWeight::regular};
 
 /// The canvas measures 8 points for each character and 15 for a line.

@@ -11,15 +11,14 @@
 namespace vantrel {
 namespace {
 
+using test::bold;
 using test::fileEntry;
 using test::FillStroke;
 using test::LineStroke;
 using test::OutlineStroke;
 using test::RecordingCanvas;
+using test::regular;
 using test::TextStroke;
-
-const Font regular{"Menlo", 13, FontWeight::regular};
-const Font bold{"Menlo", 13, FontWeight::bold};
 
 struct CellColors {
     std::optional<Color> size;

@@ -9,13 +9,12 @@
 namespace vantrel {
 namespace {
 
+using test::bold;
 using test::FillStroke;
 using test::RecordingCanvas;
+using test::regular;
 
-const Font regular{"Menlo", 13, FontWeight::regular};
-const Font bold{"Menlo", 13, FontWeight::bold};
-
-std::shared_ptr<FileItem> file(const std::string& name, std::int64_t size) {
+std::shared_ptr<FileItem> sized(const std::string& name, std::int64_t size) {
     return std::make_shared<FileItem>(
         FileItemFields{.name = name, .path = "/d/" + name, .size = size, .vantrelState = state::Parent{}});
 }
@@ -35,7 +34,7 @@ protected:
     }
 
     const std::string path = "/d";
-    const ItemList items{file("a", 1024), file("b", 2048), file("c", 3072)};
+    const ItemList items{sized("a", 1024), sized("b", 2048), sized("c", 3072)};
     PanelCursor cursor;
 };
 

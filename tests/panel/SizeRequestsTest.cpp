@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::shared_ptr<FileItem> folder(const std::string& path) {
+std::shared_ptr<FileItem> folderAt(const std::string& path) {
     return std::make_shared<FileItem>(FileItemFields{.name = path, .path = path, .isDirectory = true});
 }
 
@@ -34,14 +34,14 @@ TEST_F(SizeRequestsTest, foldersAreAskedForInTheirOrderAndNothingElseIs) {
     const auto file = std::make_shared<FileItem>(
         FileItemFields{.name = "f", .path = "/d/f", .vantrelState = state::Parent{}});
     const auto parent = std::make_shared<FileItem>(FileItem::parentDirectory("/d"));
-    requests.askFor({parent, folder("/d/z"), file, folder("/d/a")});
+    requests.askFor({parent, folderAt("/d/z"), file, folderAt("/d/a")});
     EXPECT_THAT(desktop.walks.roots(), ElementsAre("/d/z", "/d/a"));
     EXPECT_EQ(file->vantrelState, VantrelState(state::Parent{}));
     EXPECT_TRUE(requests.areAwaited());
 }
 
 TEST_F(SizeRequestsTest, aReportIsStoredInItsRowBeforeTheDelegateHearsOfIt) {
-    const auto row = folder("/d/a");
+    const auto row = folderAt("/d/a");
     requests.askFor({row});
     desktop.walks.walkOf("/d/a").finish({30, 3});
     EXPECT_THAT(delegate->changed, IsEmpty());
@@ -53,7 +53,7 @@ TEST_F(SizeRequestsTest, aReportIsStoredInItsRowBeforeTheDelegateHearsOfIt) {
 }
 
 TEST_F(SizeRequestsTest, withoutADelegateAReportIsDropped) {
-    const auto row = folder("/d/a");
+    const auto row = folderAt("/d/a");
     requests.askFor({row});
     delegate.reset();
     desktop.walks.walkOf("/d/a").finish({30, 3});
@@ -62,7 +62,7 @@ TEST_F(SizeRequestsTest, withoutADelegateAReportIsDropped) {
 }
 
 TEST_F(SizeRequestsTest, rowsOfAnEarlierListAreOwedNothing) {
-    requests.askFor({folder("/d/a")});
+    requests.askFor({folderAt("/d/a")});
     requests.askFor({});
     EXPECT_FALSE(requests.areAwaited());
     desktop.walks.walkOf("/d/a").finish({30, 3});
@@ -71,7 +71,7 @@ TEST_F(SizeRequestsTest, rowsOfAnEarlierListAreOwedNothing) {
 }
 
 TEST_F(SizeRequestsTest, onlyWhatCanReportNoMoreIsAskedForAgain) {
-    requests.askFor({folder("/d/a"), folder("/d/b"), folder("/d/c")});
+    requests.askFor({folderAt("/d/a"), folderAt("/d/b"), folderAt("/d/c")});
     desktop.engine->cancelFor("/d/a");
     desktop.walks.walkOf("/d/b").finish({30, 3});  // its report waits in the main queue
     requests.askAgain();

@@ -9,6 +9,10 @@
 
 namespace vantrel::test {
 
+/// What is drawn on it is drawn in these, in tests that ask for the program's fonts.
+inline const Font regular{"Menlo", 13, FontWeight::regular};
+inline const Font bold{"Menlo", 13, FontWeight::bold};
+
 struct FillStroke {
     Rect area;
     Color color;

@@ -14,7 +14,7 @@ using test::FaultCase;
 using test::SystemCallFaults;
 using Entries = std::vector<DirectoryEntry>;
 
-bool everything(std::string_view) {
+bool everyName(std::string_view) {
     return true;
 }
 
@@ -70,11 +70,11 @@ void expectEntry(const DirectoryEntry& entry, const DirectoryEntry& right, const
 
 TEST_F(FaultyReading, aListingIsCompleteButForEntriesThatCannotBeLookedAtOrFails) {
     const std::string tree = makeTree();
-    Result<Entries> right = files.contentsOfDirectory(tree, everything);
+    Result<Entries> right = files.contentsOfDirectory(tree, everyName);
     ASSERT_TRUE(right);
     std::optional<Result<Entries>> listed;
     const std::size_t cases =
-        test::tryEveryFault({.operate = [&] { listed = files.contentsOfDirectory(tree, everything); },
+        test::tryEveryFault({.operate = [&] { listed = files.contentsOfDirectory(tree, everyName); },
                              .check =
                                  [&](const FaultCase& fault) {
                                      if (!*listed) {
