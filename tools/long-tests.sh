@@ -50,3 +50,75 @@ soak() {
 cut_power() {
     run_counted "power cuts" python3 -B "$root/tests/crash/run.py" --programs "$root/build/release/bin" --rounds "$1"
 }
+
+# What runs in the background. Process group: the folder with what it prints and counts.
+running=()
+
+count_apart() {
+    passed=0 failed=0
+    "$@"
+    echo "$passed $failed" >&3
+}
+
+# begin FUNCTION [ARGUMENT...]: runs one that says and counts, in the background.
+begin() {
+    local folder
+    folder=$(mktemp -d)
+    set -m # a process group of its own, see stop_running
+    count_apart "$@" >"$folder/output" 2>&1 3>"$folder/counts" &
+    set +m
+    running[$!]=$folder
+}
+
+# finish NAME: waits for all that was begun; shows what each has printed, whole, and adds what it has counted.
+finish() {
+    local group folder ok not_ok
+    for group in "${!running[@]}"; do
+        wait "$group"
+        folder=${running[$group]}
+        unset "running[$group]"
+        cat "$folder/output" >&2
+        if read -r ok not_ok <"$folder/counts"; then
+            passed=$((passed + ok))
+            failed=$((failed + not_ok))
+        else
+            count_broken "$1"
+        fi
+        rm -rf "$folder"
+    done
+}
+
+# Whoever interrupts the tests interrupts these as well, and they clean up.
+stop_running() {
+    local groups=("${!running[@]}")
+    [[ ${#groups[@]} -eq 0 ]] || kill -INT -- "${groups[@]/#/-}" 2>/dev/null
+}
+
+keys_typed_ahead() {
+    run_counted "keys typed ahead" python3 -B "$root/tests/e2e/typed_ahead.py" --programs "$root/build/release/bin"
+}
+
+# Mostly disks and people's pauses.
+power_cuts_and_random_work() {
+    cut_power 200
+    soak 10
+}
+
+# These are never waited for by what they compute beside.
+package_and_tidiness() {
+    renice -n 19 "$BASHPID" >/dev/null
+    run_counted "second package" "$root/tests/package/twice"
+    run_counted "code under clang-tidy" "$root/tools/tidy"
+}
+
+# What takes as long as it takes, besides the tests of each build. The fuzzers' minutes are only worth something with
+# the processors to themselves; the rest waits for windows and disks, and clang-tidy computes in these pauses.
+run_long_tests() {
+    fuzz 60
+    trap stop_running EXIT
+    say "Typing ahead, cutting the power, working at random, and looking at all of the code, at once"
+    begin power_cuts_and_random_work
+    begin keys_typed_ahead
+    begin package_and_tidiness
+    finish "long tests"
+}

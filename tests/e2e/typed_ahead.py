@@ -3,8 +3,10 @@
 files and the same windows. For ./test --long; writes its counts as run.py does."""
 
 import argparse
+import concurrent.futures
 import hashlib
 import itertools
+import multiprocessing
 import os
 import shutil
 import sys
@@ -118,27 +120,36 @@ def compare(session, keys, numbers):
     return False, slow, ahead
 
 
+def judge_state(state):
+    """All keys in one state, in a session of its own: how many passed, and how many failed."""
+    session = Session()
+    numbers = itertools.count()
+    failed = 0
+    try:
+        for key in KEYS:
+            keys = (*STATES[state], key, *AFTERWARDS)
+            same, slow, ahead = compare(session, keys, numbers)
+            if not same:
+                failed += 1
+                print(f"FAILED  {state}, {key}: {keys}\n        slowly {slow}\n        ahead  {ahead}", flush=True)
+    finally:
+        session.close()
+    passed = len(KEYS) - failed
+    print(f"        {state}: {passed} passed, {failed} failed", flush=True)
+    return passed, failed
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--programs", required=True, help="the folder with the program vantrel")
     parser.add_argument("--report", help="file for the counts")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="how many states are gone through at once")
     parser.add_argument("--states", nargs="*", default=list(STATES), help="names of states; all by default")
     options = parser.parse_args()
     Session.programs = os.path.abspath(options.programs)
-    session = Session()
-    passed = failed = 0
-    numbers = itertools.count()
-    try:
-        for state in options.states:
-            for key in KEYS:
-                keys = (*STATES[state], key, *AFTERWARDS)
-                same, slow, ahead = compare(session, keys, numbers)
-                passed, failed = passed + same, failed + (not same)
-                if not same:
-                    print(f"FAILED  {state}, {key}: {keys}\n        slowly {slow}\n        ahead  {ahead}", flush=True)
-            print(f"        {state}: {passed} passed, {failed} failed so far", flush=True)
-    finally:
-        session.close()
+    with concurrent.futures.ProcessPoolExecutor(options.jobs, multiprocessing.get_context("fork")) as pool:
+        counts = list(pool.map(judge_state, options.states))
+    passed, failed = (sum(column) for column in zip(*counts))
     if options.report:
         with open(options.report, "w", encoding="ascii") as report:
             report.write(f"{passed} {failed} 0\n")
