@@ -11,4 +11,7 @@ __extension__ using Wide = __int128;
 /// nanoseconds of 64 bits there would be no year after 2262. A plain value.
 using FileTime = std::chrono::sys_time<std::chrono::duration<Wide, std::nano>>;
 
+/// A moment of the same calendar in 64 bits, for what happens while the program runs. A plain value.
+using CalendarTime = std::chrono::sys_time<std::chrono::nanoseconds>;
+
 }  // namespace vantrel

@@ -56,8 +56,8 @@ FileItem::FileItem(FileItemFields fields)
       size(fields.size),
       vantrelState(fields.isParentDir ? VantrelState(state::Parent{}) : std::move(fields.vantrelState)),
       modDate(fields.modDate),
-      place(std::move(fields.place)),
-      fileExtension(lowerCasedExtension(fields)) {}
+      fileExtension(lowerCasedExtension(fields)),
+      place_(std::move(fields.place)) {}
 
 FileItemFields FileItem::parentDirectory(std::string_view path) {
     return {.name = "..",
@@ -65,6 +65,11 @@ FileItemFields FileItem::parentDirectory(std::string_view path) {
             .isDirectory = true,
             .isParentDir = true,
             .vantrelState = state::Parent{}};
+}
+
+const FolderPlace& FileItem::place() const {
+    static const FolderPlace unknown;
+    return place_ ? *place_ : unknown;
 }
 
 std::string FileItem::url() const {

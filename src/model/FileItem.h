@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,7 @@ struct FileItemFields {
     std::int64_t size = 0;  ///< bytes
     VantrelState vantrelState = state::NotCalculated{};
     FileTime modDate = std::chrono::system_clock::now();
-    FolderPlace place = {};  ///< of a folder
+    std::unique_ptr<const FolderPlace> place = nullptr;  ///< of a folder, as far as it is known
 };
 
 /// Writes dates by one fixed pattern in the user's locale and time zone.
@@ -56,8 +57,10 @@ public:
     std::int64_t size;
     VantrelState vantrelState;
     const FileTime modDate;
-    const FolderPlace place;          ///< of a folder, as far as it is known
     const std::string fileExtension;  ///< lower case, UTF-8; "" for folders
+
+    /// Of a folder, as far as it is known.
+    const FolderPlace& place() const;
 
     /// The file URL of `path`, percent-encoded from its bytes.
     std::string url() const;
@@ -82,6 +85,7 @@ public:
     const std::string& naturalSortKey() const;
 
 private:
+    const std::unique_ptr<const FolderPlace> place_;  // files have none, and are many
     mutable std::string naturalSortKey_;
 };
 

@@ -30,9 +30,10 @@ std::shared_ptr<const Ancestry> ancestryOf(FileManager& files, const std::string
 }
 
 // Of a folder that is shown through a link only itself is known: the folders around it are others.
-FolderPlace placeOf(const DirectoryEntry& entry, const std::shared_ptr<const Ancestry>& above) {
+std::unique_ptr<const FolderPlace> placeOf(const DirectoryEntry& entry,
+                                           const std::shared_ptr<const Ancestry>& above) {
     const bool isLink = entry.attributes && entry.attributes->link == LinkKind::symbolicLink;
-    return {entry.identity, isLink ? nullptr : above};
+    return std::make_unique<const FolderPlace>(entry.identity, isLink ? nullptr : above, entry.changed);
 }
 
 std::shared_ptr<FileItem> makeItem(const std::string& folder, DirectoryEntry entry, FileTime now,
@@ -47,7 +48,7 @@ std::shared_ptr<FileItem> makeItem(const std::string& folder, DirectoryEntry ent
         .isHidden = isHidden,
         .vantrelState = isDirectory ? VantrelState(state::NotCalculated{}) : VantrelState(state::Parent{}),
         .modDate = now,
-        .place = isDirectory ? placeOf(entry, above) : FolderPlace()};
+        .place = isDirectory ? placeOf(entry, above) : nullptr};
     if (entry.attributes) {
         fields.isExecutable = (entry.attributes->posixPermissions & anyExecuteBit) != 0;
         fields.isSymlink = entry.attributes->link == LinkKind::symbolicLink;

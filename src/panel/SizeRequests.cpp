@@ -32,14 +32,14 @@ void SizeRequests::ask(Awaited& awaited) {
                                            : VantrelState(state::Calculating{bytes, itemsCount});
             owner->sizeDidChange(*row);
         },
-        awaited.item->place);
+        awaited.item->place());
 }
 
 bool SizeRequests::askAfterChange(const ItemList& items, const ContentsChange& change) {
     std::vector<Awaited> outdated;
     for (const auto& item : items) {
-        if (item->isDirectory && !item->isParentDir && change.outdates(item->path, item->place) &&
-            !change.takesAway(item->path, item->place)) {
+        if (item->isDirectory && !item->isParentDir && change.outdates(item->path, item->place()) &&
+            !change.takesAway(item->path, item->place())) {
             outdated.push_back({item, {}});
         }
     }

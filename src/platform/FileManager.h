@@ -34,6 +34,7 @@ struct DirectoryEntry {
     PathTarget target = PathTarget::missing;
     std::optional<FileAttributes> attributes;
     std::optional<FileIdentity> identity = {};  ///< of the target, once links have been followed
+    std::optional<CalendarTime> changed = {};   ///< the target: its entries, contents or attributes
 };
 
 /// Free and total bytes of a volume.

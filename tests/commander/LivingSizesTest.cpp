@@ -42,7 +42,7 @@ WalkTotals recount(const std::string& folder) {
 bool isCurrent(const FileItem& row) {
     struct stat status {};
     return ::stat(row.path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
-           row.place.identity == FileIdentity{status.st_dev, status.st_ino};
+           row.place().identity == FileIdentity{status.st_dev, status.st_ino};
 }
 
 class LivingSizes : public testing::Test, protected test::RealFilesWindow {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/FileIdentity.h"
+#include "base/FileTime.h"
 
 namespace vantrel {
 
@@ -14,8 +15,10 @@ using Ancestry = std::vector<FileIdentity>;
 /// Where a folder stands, beside its path: one folder may have several. A value; nothing in it has to be
 /// known.
 struct FolderPlace {
-    std::optional<FileIdentity> identity;
-    std::shared_ptr<const Ancestry> above;
+    std::optional<FileIdentity> identity = {};
+    std::shared_ptr<const Ancestry> above = nullptr;
+    std::optional<CalendarTime> changed =
+        {};  ///< the folder itself or the list of its entries, when last seen
 };
 
 }  // namespace vantrel

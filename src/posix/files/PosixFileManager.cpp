@@ -69,6 +69,11 @@ FileTime modificationDateOf(const struct stat& status) {
     return second + std::chrono::nanoseconds(status.st_mtim.tv_nsec);
 }
 
+CalendarTime changeTimeOf(const struct stat& status) {
+    return CalendarTime(std::chrono::seconds(status.st_ctim.tv_sec) +
+                        std::chrono::nanoseconds(status.st_ctim.tv_nsec));
+}
+
 DirectoryEntry entryNamed(const char* name, int folder) {
     const std::optional<struct stat> own = statusOf(folder, name, AT_SYMLINK_NOFOLLOW);
     if (!own) return {.name = name, .target = PathTarget::missing, .attributes = std::nullopt};
@@ -80,7 +85,8 @@ DirectoryEntry entryNamed(const char* name, int folder) {
                                          .modificationDate = modificationDateOf(*own),
                                          .link = isLink ? LinkKind::symbolicLink : LinkKind::notALink,
                                          .posixPermissions = own->st_mode & 07777u},
-            .identity = identityOf(target)};
+            .identity = identityOf(target),
+            .changed = target ? std::optional(changeTimeOf(*target)) : std::nullopt};
 }
 
 bool isSelfOrParent(std::string_view name) {
