@@ -2,6 +2,7 @@
 
 #include "freedesktop/SilentBus.h"
 #include "model/engine/VantrelEngine.h"
+#include "posix/CoarseCalendar.h"
 #include "posix/CoarseClock.h"
 #include "posix/DirectoryReaders.h"
 #include "posix/SystemClock.h"
@@ -31,9 +32,13 @@ QtDesktop::QtDesktop(const char* programName)
     installQtAccessibility();
     application_.setTerminationHandler([this] { mainQueue_.close(); });
     VantrelEngine::provideShared([&queue = mainQueue_] {
-        auto& pool = *new WalkPool(*new CoarseClock, {.makeReader = makeNativeReader,
-                                                      .descriptorBudget = descriptorBudgetOfWalks()});
-        return VantrelEngineServices{.calculationQueue = pool, .mainQueue = queue, .clock = *new SystemClock};
+        const auto& clock = *new SystemClock;
+        auto& known = *new KnownTotals(clock, *new CoarseCalendar);
+        auto& pool = *new WalkPool(
+            *new CoarseClock,
+            {.makeReader = makeNativeReader, .descriptorBudget = descriptorBudgetOfWalks(), .known = &known});
+        return VantrelEngineServices{
+            .calculationQueue = pool, .mainQueue = queue, .clock = clock, .known = &known};
     });
 }
 

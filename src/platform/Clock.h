@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "base/FileTime.h"
+
 namespace vantrel {
 
 /// Seconds since some fixed moment; only differences mean anything.
@@ -13,6 +15,14 @@ class Clock {
 public:
     virtual ~Clock() = default;
     virtual Seconds now() const = 0;
+};
+
+/// Port: the clock by which this machine's file systems stamp what they keep. It may be set and jump. Any
+/// thread may read it, as often as a Clock.
+class Calendar {
+public:
+    virtual ~Calendar() = default;
+    virtual CalendarTime now() const = 0;
 };
 
 }  // namespace vantrel

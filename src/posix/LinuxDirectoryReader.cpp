@@ -8,10 +8,13 @@
 #include <linux/magic.h>
 #include <linux/openat2.h>
 #include <sched.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/sysmacros.h>
 #include <sys/vfs.h>
 
 #include <cerrno>
+#include <chrono>
 #include <limits>
 
 #include "base/PathLocation.h"
@@ -93,12 +96,13 @@ Result<std::unique_ptr<DirectoryStream>> LinuxDirectoryReader::beginReading(int)
     return std::unique_ptr<DirectoryStream>();
 }
 
-bool LinuxDirectoryReader::read(int folder, DirectoryStream*) {
+Batch LinuxDirectoryReader::read(int folder, DirectoryStream*) {
     const auto size = uninterrupted([&] { return ::getdents64(folder, batch_.get(), batchBytes); });
     used_ = size > 0 ? static_cast<std::size_t>(size) : 0;
     position_ = 0;
     lastPosition_ = 0;
-    return used_ > 0;
+    if (used_ > 0) return Batch::names;
+    return size == 0 ? Batch::end : Batch::failed;
 }
 
 // ext4 gives the last entry of an indexed directory the highest possible position, which saves the call that
@@ -150,17 +154,55 @@ bool LinuxDirectoryReader::next(Entry& entry) {
         if (isDotOrDotDot(record->d_name)) continue;
         entry.name = record->d_name;
         entry.kind = kindOf(*record);
+        entry.inode = record->d_ino;
         return true;
     }
     return false;
 }
 
-bool LinuxDirectoryReader::measure(int folder, const char* name, Measure& measure) {
+std::error_code LinuxDirectoryReader::measure(int folder, const char* name, Measure& measure) {
     struct stat status;
     constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
-    if (uninterrupted([&] { return ::fstatat(folder, name, &status, flags); }) != 0) return false;
+    if (uninterrupted([&] { return ::fstatat(folder, name, &status, flags); }) != 0) return lastError();
     measure = measureOf(status);
-    return true;
+    return {};
+}
+
+Result<FolderLook> LinuxDirectoryReader::look(int folder, const char* name) {
+    struct statx status {};
+    constexpr int flags = AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+    constexpr unsigned wanted = STATX_TYPE | STATX_INO | STATX_CTIME;
+    if (uninterrupted([&] { return ::statx(folder, name, flags, wanted, &status); }) != 0) return lastError();
+    if (!S_ISDIR(status.stx_mode)) return std::make_error_code(std::errc::not_a_directory);
+    constexpr std::uint64_t mounts = STATX_ATTR_MOUNT_ROOT | STATX_ATTR_AUTOMOUNT;
+    const bool tellsMounts = (status.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0;  // since Linux 5.8
+    return FolderLook{.identity = {::makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino},
+                      .changed = CalendarTime(std::chrono::seconds(status.stx_ctime.tv_sec) +
+                                              std::chrono::nanoseconds(status.stx_ctime.tv_nsec)),
+                      .isMountPoint = !tellsMounts || (status.stx_attributes & mounts) != 0};
+}
+
+Result<FolderLook> LinuxDirectoryReader::look(int folder) {
+    return look(folder, "");
+}
+
+// A directory of btrfs or of an overlay may name another inode than a look at the folder itself tells, and a
+// walk of btrfs comes through several devices.
+FolderTrust LinuxDirectoryReader::trust(int folder) {
+    struct statfs volume {};
+    if (uninterrupted([&] { return ::fstatfs(folder, &volume); }) != 0) return FolderTrust::none;
+    switch (static_cast<std::uint32_t>(volume.f_type)) {
+        case EXT4_SUPER_MAGIC:  // ext2 and ext3 have the same
+        case XFS_SUPER_MAGIC:
+        case F2FS_SUPER_MAGIC:
+        case TMPFS_MAGIC:
+            return FolderTrust::andInodes;
+        case BTRFS_SUPER_MAGIC:
+        case OVERLAYFS_SUPER_MAGIC:
+            return FolderTrust::looks;
+        default:
+            return FolderTrust::none;
+    }
 }
 
 }  // namespace vantrel::walking

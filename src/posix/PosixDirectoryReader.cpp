@@ -65,21 +65,24 @@ Result<std::unique_ptr<DirectoryStream>> PosixDirectoryReader::beginReading(int 
     return std::unique_ptr<DirectoryStream>(std::make_unique<PosixDirectoryStream>(stream));
 }
 
-bool PosixDirectoryReader::read(int, DirectoryStream* stream) {
+Batch PosixDirectoryReader::read(int, DirectoryStream* stream) {
     names_.clear();
     position_ = 0;
     reachedEnd_ = false;
+    bool hasFailed = false;
     while (names_.size() + longestEntry <= batchBytes) {
         const dirent* entry = static_cast<PosixDirectoryStream*>(stream)->next();
         if (!entry) {
             reachedEnd_ = true;
+            hasFailed = errno != 0;
             break;
         }
         if (isDotOrDotDot(entry->d_name)) continue;
         names_.push_back(static_cast<char>(kindOf(*entry)));
         names_.insert(names_.end(), entry->d_name, entry->d_name + std::strlen(entry->d_name) + 1);
     }
-    return !names_.empty();
+    if (!names_.empty()) return Batch::names;
+    return hasFailed ? Batch::failed : Batch::end;
 }
 
 bool PosixDirectoryReader::reachedEnd(int, Volume&) const {
@@ -98,11 +101,24 @@ bool PosixDirectoryReader::next(Entry& entry) {
     return true;
 }
 
-bool PosixDirectoryReader::measure(int folder, const char* name, Measure& measure) {
+std::error_code PosixDirectoryReader::measure(int folder, const char* name, Measure& measure) {
     struct stat status;
-    if (uninterrupted([&] { return ::fstatat(folder, name, &status, lookOnly); }) != 0) return false;
+    if (uninterrupted([&] { return ::fstatat(folder, name, &status, lookOnly); }) != 0) return lastError();
     measure = measureOf(status);
-    return true;
+    return {};
+}
+
+Result<FolderLook> PosixDirectoryReader::look(int, const char*) {
+    return std::make_error_code(std::errc::not_supported);
+}
+
+Result<FolderLook> PosixDirectoryReader::look(int) {
+    return std::make_error_code(std::errc::not_supported);
+}
+
+// POSIX does not tell what kind of file system it is.
+FolderTrust PosixDirectoryReader::trust(int) {
+    return FolderTrust::none;
 }
 
 }  // namespace vantrel::walking

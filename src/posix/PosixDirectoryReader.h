@@ -18,13 +18,16 @@ public:
     Result<FileDescriptor> openFolder(int parent, const char* name, Volume& volume) override;
     Result<FileDescriptor> openBelow(int ancestor, const std::string& relativePath, Volume& volume) override;
     Result<std::unique_ptr<DirectoryStream>> beginReading(int folder) override;
-    bool read(int folder, DirectoryStream* stream) override;
+    Batch read(int folder, DirectoryStream* stream) override;
     bool reachedEnd(int folder, Volume& volume) const override;
     bool expectsMore() const override;
     int measuringFrom(int folder) override { return folder; }
     bool next(Entry& entry) override;
     void rewind() override { position_ = 0; }
-    bool measure(int folder, const char* name, Measure& measure) override;
+    std::error_code measure(int folder, const char* name, Measure& measure) override;
+    Result<FolderLook> look(int folder, const char* name) override;
+    Result<FolderLook> look(int folder) override;
+    FolderTrust trust(int folder) override;
     void rest() override {}
 
 private:

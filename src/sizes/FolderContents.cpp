@@ -10,7 +10,7 @@ using walking::EntryKind;
 EntryKind kindOf(walking::DirectoryReader& reader, int folder, const walking::Entry& entry) {
     if (entry.kind != EntryKind::unknown) return entry.kind;
     walking::Measure measure;
-    return reader.measure(folder, entry.name, measure) ? measure.kind : EntryKind::link;
+    return reader.measure(folder, entry.name, measure) ? EntryKind::link : measure.kind;
 }
 
 }  // namespace
@@ -25,7 +25,7 @@ Result<OwnFiles> readFolder(walking::DirectoryReader& reader, const std::string&
     if (!stream) return stream.error();
     OwnFiles ownFiles = OwnFiles::none;
     walking::Entry entry;
-    while (reader.read(descriptor, stream->get())) {
+    while (reader.read(descriptor, stream->get()) == walking::Batch::names) {
         while (reader.next(entry)) {
             const EntryKind kind = kindOf(reader, descriptor, entry);
             if (kind == EntryKind::folder) foundFolder(entry.name);

@@ -32,14 +32,17 @@ void FolderUse::giveUp() {
 }
 
 FolderReference Folder::makeRoot(std::unique_ptr<RunningWalk> walk) {
-    FolderReference root = make(*walk, "");
+    // Who it is shows when it is open.
+    KnownTotals* const known = walk->known();
+    auto tally = known ? std::make_unique<FolderTally>(FileIdentity(), known->now()) : nullptr;
+    FolderReference root = make(*walk, "", std::move(tally));
     (void)walk.release();  // taken back in `end`
     return root;
 }
 
-FolderReference Folder::make(RunningWalk& walk, std::string_view name) {
+FolderReference Folder::make(RunningWalk& walk, std::string_view name, std::unique_ptr<FolderTally> tally) {
     void* memory = ::operator new(sizeof(Folder) + name.size() + 1);
-    auto* folder = new (memory) Folder(walk);
+    auto* folder = new (memory) Folder(walk, std::move(tally));
     char* text = static_cast<char*>(memory) + sizeof(Folder);
     std::memcpy(text, name.data(), name.size());
     text[name.size()] = '\0';
@@ -67,6 +70,8 @@ void Folder::release(Folder* folder) {
 // All below the folder is counted. Returns its parent, whose reference the caller has to give back.
 Folder* Folder::end(Folder* folder) {
     Folder* parent = folder->parent_.folder_.release();
+    KnownTotals* const known = folder->walk_.known();
+    if (folder->tally_ && known) folder->tally_->end(parent ? parent->tally() : nullptr, *known);
     const std::unique_ptr<RunningWalk> ended(folder->isRoot() ? &folder->walk_ : nullptr);
     folder->~Folder();
     ::operator delete(folder);

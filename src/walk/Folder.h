@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/FileDescriptor.h"
 #include "base/FileIdentity.h"
 #include "walk/FolderHandles.h"
+#include "walk/FolderTally.h"
 
 namespace vantrel::walking {
 
@@ -57,7 +59,9 @@ public:
     static FolderReference makeRoot(std::unique_ptr<RunningWalk> walk);
 
     /// A folder that was found in another. Nobody else is to see it until it is adopted there.
-    static FolderReference make(RunningWalk& walk, std::string_view name);
+    /// `tally` where the walk remembers what it finds.
+    static FolderReference make(RunningWalk& walk, std::string_view name,
+                                std::unique_ptr<FolderTally> tally = nullptr);
 
     /// Makes `children` sub-folders of this one, which they keep open until they are opened themselves.
     void adopt(const std::vector<FolderReference>& children);
@@ -73,6 +77,12 @@ public:
     /// A use if the descriptor is open.
     FolderUse tryUse();
 
+    /// Nothing where the walk does not remember what it finds.
+    FolderTally* tally() const { return tally_.get(); }
+
+    /// Before anything is found in it.
+    void dropTally() { tally_.reset(); }
+
     /// Of a folder whose descriptor was given up.
     const FileIdentity& identity() const { return identity_; }
 
@@ -81,7 +91,7 @@ private:
     friend class FolderUse;
     friend class FolderWait;
 
-    explicit Folder(RunningWalk& walk) : walk_(walk) {}
+    Folder(RunningWalk& walk, std::unique_ptr<FolderTally> tally) : walk_(walk), tally_(std::move(tally)) {}
     ~Folder() = default;
     static void release(Folder* folder);
     static Folder* end(Folder* folder);
@@ -103,6 +113,7 @@ private:
     FileDescriptor descriptor_;
     DescriptorBudget::Share share_;
     FileIdentity identity_;
+    std::unique_ptr<FolderTally> tally_;
     // The name and a zero byte follow. Only a root has an empty one.
 };
 

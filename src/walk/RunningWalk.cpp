@@ -3,7 +3,21 @@
 namespace vantrel::walking {
 
 RunningWalk::RunningWalk(WalkRequest request, const Clock& clock, std::stop_token poolStop)
-    : request_(std::move(request)), clock_(clock), poolStop_(std::move(poolStop)) {}
+    : request_(std::move(request)),
+      clock_(clock),
+      poolStop_(std::move(poolStop)),
+      known_(request_.reach == WalkPool::Reach::wholeTree ? request_.known : nullptr) {}
+
+void RunningWalk::setTrust(FolderTrust trust) {
+    trust_ = trust;
+    if (trust == FolderTrust::none) known_ = nullptr;
+}
+
+void RunningWalk::didTakeOver(CalendarTime oldest) {
+    CalendarTime before = oldest_.load(std::memory_order_relaxed);
+    while (oldest < before && !oldest_.compare_exchange_weak(before, oldest, std::memory_order_relaxed))
+        continue;
+}
 
 void RunningWalk::begin() {
     lastReport_.store(clock_.now(), std::memory_order_relaxed);
@@ -37,7 +51,13 @@ void RunningWalk::end() {
     else if (rootFailed_)
         request_.observer->walkDidEnd(WalkOutcome::rootUnreadable, {});
     else
-        request_.observer->walkDidEnd(WalkOutcome::finished, totals());
+        finish();
+}
+
+void RunningWalk::finish() {
+    const CalendarTime oldest = oldest_.load(std::memory_order_relaxed);
+    if (oldest != CalendarTime::max()) request_.observer->walkDidTakeOver(known_->now() - oldest);
+    request_.observer->walkDidEnd(WalkOutcome::finished, totals());
 }
 
 }  // namespace vantrel::walking

@@ -35,6 +35,9 @@ public:
     /// At most once per 0.1 seconds, only while entries keep coming, never once the walk is seen cancelled.
     virtual void walkDidProgress(WalkTotals soFar) = 0;
 
+    /// Just before the end, where totals were taken over that earlier walks had found: the oldest was so old.
+    virtual void walkDidTakeOver(Seconds age) { (void)age; }
+
     /// The last call, also for a walk that did not begin. For a cancelled walk it may come late (a thread may
     /// be stuck in a system call).
     virtual void walkDidEnd(WalkOutcome outcome, WalkTotals totals) = 0;

@@ -12,7 +12,9 @@ unsigned WalkPool::recommendedThreads() {
 }
 
 WalkPool::WalkPool(const Clock& clock, const Options& options)
-    : makeReader_(options.makeReader), scheduler_(std::make_unique<walking::WalkScheduler>(clock, options)) {}
+    : makeReader_(options.makeReader),
+      known_(options.known),
+      scheduler_(std::make_unique<walking::WalkScheduler>(clock, options)) {}
 
 WalkPool::~WalkPool() = default;
 
@@ -22,7 +24,7 @@ void WalkPool::submit(std::string root, std::stop_token stop, std::unique_ptr<Wa
 
 void WalkPool::submit(std::string root, std::stop_token stop, std::unique_ptr<WalkObserver> observer,
                       Reach reach) {
-    scheduler_->submit({std::move(root), std::move(stop), std::move(observer), reach});
+    scheduler_->submit({std::move(root), std::move(stop), std::move(observer), reach, known_});
 }
 
 bool WalkPool::catchUp(Seconds lent) {

@@ -10,6 +10,8 @@
 
 namespace vantrel {
 
+class KnownTotals;
+
 namespace walking {
 class WalkScheduler;
 }  // namespace walking
@@ -34,8 +36,9 @@ public:
     using ReaderFactory = std::function<std::unique_ptr<walking::DirectoryReader>()>;
 
     struct Options {
-        ReaderFactory makeReader;  ///< called once for each thread, and once more
-        int descriptorBudget;      ///< beside some three per thread
+        ReaderFactory makeReader;      ///< called once for each thread, and once more
+        int descriptorBudget;          ///< beside some three per thread
+        KnownTotals* known = nullptr;  ///< what walks take over and leave behind; borrowed
         unsigned threads = recommendedThreads();
     };
 
@@ -63,6 +66,7 @@ public:
 
 private:
     ReaderFactory makeReader_;
+    KnownTotals* const known_;
     std::unique_ptr<walking::WalkScheduler> scheduler_;
 };
 

@@ -1,5 +1,6 @@
 #include "walk/WalkWorker.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -12,6 +13,11 @@ namespace {
 
 // How many folders of walks under way are visited between two looks at the walks that wait.
 constexpr unsigned foldersPerFurtherWalk = 8;
+
+// Vanished meanwhile, or something is mounted there.
+bool isNoPartOfTheTree(const std::error_code& error) {
+    return error == std::errc::no_such_file_or_directory || error == std::errc::cross_device_link;
+}
 
 constexpr std::chrono::milliseconds pauseWhileDescriptorsAreScarce{2};
 
@@ -52,15 +58,31 @@ void WalkWorker::goOn(Visit& visit) {
 Visit WalkWorker::make(Visit& visit) {
     RunningWalk& walk = visit.folder->walk();
     if (std::exchange(lastWalk_, &walk) != &walk) reader_->rest();
-    if (walk.isCancelled() || (!visit.use && !open(visit))) return {};
+    if (walk.isCancelled()) {
+        noteGap(visit);
+        return {};
+    }
+    if (!visit.use && !open(visit)) return {};
+    found_ = {};
     read(visit);
     walk.add(counted_);
+    if (FolderTally* const tally = visit.folder->tally()) tally->add(found_);
+    if (walk.isCancelled()) noteGap(visit);  // seen by whoever has stopped for it
     return publishChildren(visit);
+}
+
+bool WalkWorker::readBatch(const Visit& visit) {
+    const RunningWalk& walk = visit.folder->walk();
+    if (walk.isCancelled()) return false;
+    if (const KnownTotals* const known = walk.known()) batchRead_ = known->now();
+    const Batch batch = reader_->read(visit.use.descriptor(), visit.stream.get());
+    if (batch == Batch::failed) noteGap(visit);
+    return batch == Batch::names;
 }
 
 void WalkWorker::read(Visit& visit) {
     RunningWalk& walk = visit.folder->walk();
-    while (!walk.isCancelled() && reader_->read(visit.use.descriptor(), visit.stream.get())) {
+    while (readBatch(visit)) {
         if (reader_->expectsMore() && !scheduler_.budget().isUsedUp()) {
             handOver(visit);
             countBatch(visit);
@@ -92,7 +114,7 @@ void WalkWorker::handOutSubFolders(const Visit& visit) {
     bool hasFiles = false;
     while (!walk.isCancelled() && reader_->next(entry)) {
         if (entry.kind == EntryKind::folder) {
-            children_.push_back(Folder::make(walk, entry.name));
+            foundFolder(visit, entry);
             walk.progress(counted_);
         } else if (entry.kind != EntryKind::link) {
             hasFiles = true;
@@ -119,13 +141,56 @@ void WalkWorker::countFiles(const Visit& visit) {
     Measure measure;
     while (!walk.isCancelled() && reader_->next(entry)) {
         if (entry.kind == EntryKind::link || entry.kind == EntryKind::folder) continue;
-        if (!reader_->measure(descriptor, entry.name, measure) || measure.kind == EntryKind::link) continue;
+        if (const auto error = reader_->measure(descriptor, entry.name, measure)) {
+            // What vanishes meanwhile is not there to be counted.
+            if (error != std::errc::no_such_file_or_directory) noteGap(visit);
+            continue;
+        }
+        if (measure.kind == EntryKind::link) continue;
         if (measure.kind == EntryKind::other)
-            addChecked(counted_, {measure.bytes, 1});
-        else if (measure.kind == EntryKind::folder && walk.reach() == WalkPool::Reach::wholeTree)
-            children_.push_back(Folder::make(walk, entry.name));
+            count({measure.bytes, 1}, 1);
+        else if (walk.reach() == WalkPool::Reach::wholeTree)
+            foundFolder(visit, entry);
         walk.progress(counted_);
     }
+}
+
+void WalkWorker::count(const WalkTotals& totals, std::uint64_t entries) {
+    addChecked(counted_, totals);
+    addChecked(found_.totals, totals);
+    found_.entries += entries;
+}
+
+void WalkWorker::noteGap(const Visit& visit) {
+    if (FolderTally* const tally = visit.folder->tally()) tally->hasGap();
+}
+
+void WalkWorker::foundFolder(const Visit& visit, const Entry& entry) {
+    RunningWalk& walk = visit.folder->walk();
+    const FolderTally* const tally = visit.folder->tally();
+    if (!tally) {
+        children_.push_back(Folder::make(walk, entry.name));
+        return;
+    }
+    const FileIdentity identity{tally->identity().device, entry.inode};
+    if (takeKnown(visit, entry, identity)) return;
+    children_.push_back(Folder::make(walk, entry.name, std::make_unique<FolderTally>(identity, batchRead_)));
+}
+
+// A folder whose total is known is not entered. What a directory says of it only tells whether it is worth a
+// look.
+bool WalkWorker::takeKnown(const Visit& visit, const Entry& entry, const FileIdentity& named) {
+    RunningWalk& walk = visit.folder->walk();
+    KnownTotals* const known = walk.known();
+    if (!known || !known->mayKnow(named)) return false;
+    const auto look = reader_->look(visit.use.descriptor(), entry.name);
+    if (!look || look->isMountPoint) return false;
+    const auto total = known->find(look->identity, look->changed);
+    if (!total) return false;
+    count(total->totals, total->entries + 1);
+    found_.oldest = std::min(found_.oldest, total->oldest);
+    walk.didTakeOver(total->oldest);
+    return true;
 }
 
 // Queues the visits to the sub-folders but one, which it returns.
@@ -167,13 +232,34 @@ std::error_code WalkWorker::retryOpen(Visit& visit) {
 }
 
 std::error_code WalkWorker::tryOpen(Visit& visit) {
+    FolderTally* const tally = visit.folder->tally();
+    KnownTotals* const known = visit.folder->walk().known();
+    if (tally && known) tally->willOpen(*known);
     auto opened = openByName(*visit.folder);
-    if (!opened) return opened.error();
+    if (!opened) {
+        if (tally && isNoPartOfTheTree(opened.error())) tally->isAbsent();
+        return opened.error();
+    }
     auto stream = reader_->beginReading(opened->number());
     if (!stream) return stream.error();
+    if (tally) didOpen(*visit.folder, opened->number());
     visit.use = visit.folder->opened(std::move(*opened));
     visit.stream = std::move(*stream);
     return {};
+}
+
+// The root shows how far its file system can be trusted, and who it is.
+void WalkWorker::didOpen(Folder& folder, int descriptor) {
+    RunningWalk& walk = folder.walk();
+    if (folder.isRoot()) walk.setTrust(reader_->trust(descriptor));
+    if (walk.trust() == FolderTrust::none) return folder.dropTally();
+    FolderTally& tally = *folder.tally();
+    tally.didOpen();
+    if (walk.trust() == FolderTrust::andInodes && !folder.isRoot()) return;
+    if (const auto look = reader_->look(descriptor))
+        tally.setIdentity(look->identity);
+    else
+        tally.hasGap();
 }
 
 Result<FileDescriptor> WalkWorker::openByName(const Folder& folder) {
@@ -182,7 +268,11 @@ Result<FileDescriptor> WalkWorker::openByName(const Folder& folder) {
     if (const FolderUse parent = folder.parent()->tryUse())
         return reader_->openFolder(parent.descriptor(), folder.name(), volume);
     auto place = reopen(*folder.parent());
-    if (!place) return place;
+    if (!place) {
+        // Not that the folder is missing, but that its place is.
+        if (folder.tally()) folder.tally()->hasGap();
+        return place;
+    }
     return reader_->openFolder(place->number(), folder.name(), volume);
 }
 

@@ -32,16 +32,22 @@ private:
     void goOn(Visit& visit);
     Visit make(Visit& visit);
     void read(Visit& visit);
+    [[nodiscard]] bool readBatch(const Visit& visit);
     void handOver(Visit& visit);
     void countBatch(const Visit& visit);
     void handOutSubFolders(const Visit& visit);
     void countFiles(const Visit& visit);
+    void count(const WalkTotals& totals, std::uint64_t entries);
+    void foundFolder(const Visit& visit, const Entry& entry);
+    [[nodiscard]] bool takeKnown(const Visit& visit, const Entry& entry, const FileIdentity& named);
+    static void noteGap(const Visit& visit);
     void queueChildren();
     Visit publishChildren(Visit& visit);
 
     [[nodiscard]] bool open(Visit& visit);
     [[nodiscard]] std::error_code tryOpen(Visit& visit);
     [[nodiscard]] std::error_code retryOpen(Visit& visit);
+    void didOpen(Folder& folder, int descriptor);
     Result<FileDescriptor> openByName(const Folder& folder);
     Result<FileDescriptor> reopen(const Folder& folder);
 
@@ -53,6 +59,8 @@ private:
     std::vector<FolderReference> children_;  // found in the folder being visited, not yet adopted
     const RunningWalk* lastWalk_ = nullptr;  // whose folder was visited last; not looked into
     WalkTotals counted_;                     // in the folder being visited, not yet in the walk's totals
+    Finding found_;                          // in this visit to the folder, where the walk remembers
+    CalendarTime batchRead_;                 // a time before its names were read, likewise
 };
 
 }  // namespace vantrel::walking

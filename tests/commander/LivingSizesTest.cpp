@@ -10,9 +10,12 @@
 
 #include "posix/SystemClock.h"
 #include "support/FencedFiles.h"
+#include "support/ManualCalendar.h"
 #include "support/NativeWalks.h"
 #include "support/RealFilesWindow.h"
 #include "support/ScopedEnvironment.h"
+#include "walk/ForwardingReader.h"
+#include "walk/KnownTotals.h"
 #include "walk/WalkPool.h"
 
 // The whole program but its window, counting real folders on threads: what a person changes shows in every
@@ -49,7 +52,7 @@ class LivingSizes : public testing::Test, protected test::RealFilesWindow {
 protected:
     // In memory, where the room that a file takes is known at once.
     LivingSizes() : RealFilesWindow(test::quickPlace()), dataHome("XDG_DATA_HOME", folder.path("data")) {
-        desktop.engine = VantrelEngine::make({pool, desktop.mainQueue, clock});
+        desktop.engine = VantrelEngine::make({pool, desktop.mainQueue, clock, &known});
         for (const char* name : {"x/a", "x/a/deep", "x/a/deep/er", "x/b", "y/c", "y/c/d", "data"}) {
             folder.makeFolder(name);
         }
@@ -104,9 +107,29 @@ protected:
         }
     }
 
+    WalkPool::Options rememberingWalks() {
+        auto options = test::nativeWalks();
+        options.known = &known;
+        options.makeReader = test::disturbed<test::CountingReader>(options.makeReader, &counts);
+        return options;
+    }
+
+    /// Everything that was asked for is answered without a walk.
+    void expectAllKnown(const std::string& when) {
+        const int walks = counts.roots;
+        desktop.mainQueue.runAll();
+        EXPECT_FALSE(commander->leftPanel().isCalculatingSizes()) << when;
+        EXPECT_EQ(counts.roots, walks) << when;
+        expectRightSizes(when);
+    }
+
     test::FencedFiles fenced{folder.path()};
     SystemClock clock;
-    WalkPool pool{clock, test::nativeWalks()};
+    // No change is seen in a folder's time stamp, so that nothing but being told of it helps.
+    test::ManualCalendar calendar{clock, test::anHourAheadOf(clock)};
+    KnownTotals known{clock, calendar};
+    test::CountingReader::Counts counts;
+    WalkPool pool{clock, rememberingWalks()};
     const test::ScopedEnvironment dataHome;  // with the trash
 };
 
@@ -124,6 +147,52 @@ TEST_F(LivingSizes, whatIsTrashedThreeLevelsDownIsMissingInEverySizeOnTheWayUp) 
         panel.navigateUp();
         expectRightSizes("on the way up");
     }
+}
+
+TEST_F(LivingSizes, whatWasCountedFromAboveIsKnownAtAnyDepth) {
+    open();
+    OvPanelView& panel = commander->leftPanel();
+    panel.setCurrentPath(folder.path());
+    expectRightSizes("at first");
+    for (const char* deeper : {"x", "a", "deep", "er"}) {
+        panel.setCurrentPath(panel.currentPath() + "/" + deeper);
+        expectAllKnown("on the way down");
+    }
+    commander->rightPanel().setCurrentPath(folder.path("x/b"));
+    expectAllKnown("in the other panel");
+    while (panel.currentPath() != folder.path()) {
+        panel.navigateUp();
+        expectAllKnown("on the way up");
+    }
+}
+
+TEST_F(LivingSizes, onTheWayUpOnlyWhatIsNewIsRead) {
+    open();
+    OvPanelView& panel = commander->leftPanel();
+    for (const char* deep : {"x/a/deep", "x/a"}) {
+        panel.setCurrentPath(folder.path(deep));
+        expectRightSizes("deep down");
+    }
+    const int entered = counts.folders;
+    panel.setCurrentPath(folder.path("x"));
+    expectRightSizes("one up");
+    EXPECT_EQ(counts.folders, entered) << "below its rows all is known";
+    panel.setCurrentPath(folder.path());
+    expectRightSizes("two up");
+    EXPECT_EQ(counts.folders, entered) << "except what the other panel shows";
+}
+
+TEST_F(LivingSizes, afterAChangeOneFolderIsReadForEachLevel) {
+    open();
+    OvPanelView& panel = commander->leftPanel();
+    commander->rightPanel().setCurrentPath(folder.path());
+    panel.setCurrentPath(folder.path("x/a/deep"));
+    expectRightSizes("at first");
+    const int before = counts.folders;
+    trash(panel, "2");
+    expectRightSizes("after the change");
+    // Of the right panel's rows "x" is walked, with "a" and "deep" in it, and the trash is.
+    EXPECT_LE(counts.folders - before, 2 + 4);
 }
 
 TEST_F(LivingSizes, aChangeThroughALinkShowsInThePanelOfTheFolderItselfAndTheOtherWayRound) {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include "support/ManualCalendar.h"
 #include "support/ManualClock.h"
 #include "walk/FolderQueue.h"
 #include "walk/RecordingObserver.h"
@@ -103,6 +104,36 @@ TEST_F(FolderHandles, aVisitThatIsReplacedEndsItsUseBeforeItsFolder) {
     visit = {};
     EXPECT_EQ(record->ends(), 1);
     EXPECT_FALSE(visit);
+}
+
+/// What a folder that was read to its end leaves, or does not.
+class RememberedFolders : public FolderHandles {
+protected:
+    std::optional<CountedFolder> afterTheEndOfARoot(bool isPoolDestroyed) {
+        constexpr FileIdentity identity{1, 20};
+        FolderReference root = Folder::makeRoot(std::make_unique<RunningWalk>(
+            WalkRequest{
+                .root = "/", .observer = std::make_unique<RecordingObserver>(record), .known = &known},
+            clock, poolStop.get_token()));
+        root->tally()->setIdentity(identity);
+        root->tally()->willOpen(known);
+        root->tally()->didOpen();
+        if (isPoolDestroyed) poolStop.request_stop();
+        root = {};
+        return known.find(identity, calendar.now() - std::chrono::hours(1));
+    }
+
+    ManualCalendar calendar{clock};
+    KnownTotals known{clock, calendar};
+    std::stop_source poolStop;
+};
+
+TEST_F(RememberedFolders, areThoseThatWereReadToTheirEnd) {
+    EXPECT_TRUE(afterTheEndOfARoot(false));
+}
+
+TEST_F(RememberedFolders, areNoneOfAPoolThatIsBeingDestroyed) {
+    EXPECT_FALSE(afterTheEndOfARoot(true));
 }
 
 }  // namespace

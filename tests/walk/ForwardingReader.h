@@ -31,7 +31,9 @@ public:
     Result<std::unique_ptr<walking::DirectoryStream>> beginReading(int folder) override {
         return real_->beginReading(folder);
     }
-    bool read(int folder, walking::DirectoryStream* stream) override { return real_->read(folder, stream); }
+    walking::Batch read(int folder, walking::DirectoryStream* stream) override {
+        return real_->read(folder, stream);
+    }
     bool reachedEnd(int folder, walking::Volume& volume) const override {
         return real_->reachedEnd(folder, volume);
     }
@@ -40,9 +42,14 @@ public:
     bool expectsMore() const override { return real_->expectsMore(); }
     bool next(walking::Entry& entry) override { return real_->next(entry); }
     void rewind() override { real_->rewind(); }
-    bool measure(int folder, const char* name, walking::Measure& measure) override {
+    std::error_code measure(int folder, const char* name, walking::Measure& measure) override {
         return real_->measure(folder, name, measure);
     }
+    Result<walking::FolderLook> look(int folder, const char* name) override {
+        return real_->look(folder, name);
+    }
+    Result<walking::FolderLook> look(int folder) override { return real_->look(folder); }
+    walking::FolderTrust trust(int folder) override { return real_->trust(folder); }
 
 private:
     std::unique_ptr<DirectoryReader> real_;
@@ -88,7 +95,7 @@ public:
         ++counts_->reopened;
         return ForwardingReader::openBelow(ancestor, path, volume);
     }
-    bool measure(int folder, const char* name, walking::Measure& measure) override {
+    std::error_code measure(int folder, const char* name, walking::Measure& measure) override {
         ++counts_->measures;
         return ForwardingReader::measure(folder, name, measure);
     }
@@ -132,7 +139,7 @@ public:
     GatedReader(std::unique_ptr<DirectoryReader> real, Gate* gate)
         : ForwardingReader(std::move(real)), gate_(gate) {}
 
-    bool measure(int folder, const char* name, walking::Measure& measure) override {
+    std::error_code measure(int folder, const char* name, walking::Measure& measure) override {
         gate_->pass();
         return ForwardingReader::measure(folder, name, measure);
     }

@@ -31,6 +31,12 @@ public:
         return waitUntil([this] { return destroyed_; });
     }
 
+    /// Of the oldest total that was taken over.
+    std::optional<Seconds> age() const {
+        std::lock_guard lock(lock_);
+        return age_;
+    }
+
     int beginnings() const {
         std::lock_guard lock(lock_);
         return beginnings_;
@@ -79,6 +85,7 @@ private:
     std::condition_variable changed_;
     std::vector<WalkTotals> progress_;
     std::optional<End> end_;
+    std::optional<Seconds> age_;
     int beginnings_ = 0;
     int ends_ = 0;
     int callsUnderWay_ = 0;
@@ -111,6 +118,11 @@ public:
         enter();
         if (onProgress_) onProgress_(soFar);
         leave([&] { record_->progress_.push_back(soFar); });
+    }
+
+    void walkDidTakeOver(Seconds age) override {
+        enter();
+        leave([&] { record_->age_ = age; });
     }
 
     void walkDidEnd(WalkOutcome outcome, WalkTotals totals) override {

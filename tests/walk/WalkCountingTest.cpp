@@ -148,7 +148,7 @@ TEST_P(WalkCounting, measuresEachFileOnceAndFoldersAndLinksNever) {
 class Vanishing final : public ForwardingReader {
 public:
     using ForwardingReader::ForwardingReader;
-    bool measure(int folder, const char* name, walking::Measure& measure) override {
+    std::error_code measure(int folder, const char* name, walking::Measure& measure) override {
         if (name[0] == 'v') ::unlinkat(folder, name, 0);
         return ForwardingReader::measure(folder, name, measure);
     }

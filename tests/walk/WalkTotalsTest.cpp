@@ -22,10 +22,10 @@ class Saying final : public ForwardingReader {
 public:
     Saying(std::unique_ptr<DirectoryReader> real, std::int64_t first, std::int64_t others)
         : ForwardingReader(std::move(real)), first_(first), others_(others) {}
-    bool measure(int folder, const char* name, walking::Measure& measure) override {
-        const bool isThere = ForwardingReader::measure(folder, name, measure);
+    std::error_code measure(int folder, const char* name, walking::Measure& measure) override {
+        const std::error_code error = ForwardingReader::measure(folder, name, measure);
         measure.bytes = name[0] == '1' ? first_ : others_;
-        return isThere;
+        return error;
     }
 
 private:

@@ -50,6 +50,20 @@ bool ContentsChange::happenedIn(std::string_view folder, const FolderPlace& plac
            std::ranges::any_of(items_, [&](const Item& item) { return paths::isBelow(item.path, folder); });
 }
 
+std::vector<FileIdentity> ContentsChange::folders() const {
+    std::vector<FileIdentity> all = above_;
+    for (const Item& item : items_) all.insert(all.end(), item.identities.begin(), item.identities.end());
+    return all;
+}
+
+// It is named twice then: as it was, and as it is.
+bool ContentsChange::mayHaveChangedWithinItems() const {
+    return std::ranges::any_of(items_, [](const Item& item) {
+        return item.afterwards == Afterwards::there && item.identities.size() > 1 &&
+               item.identities.front() == item.identities.back();
+    });
+}
+
 std::optional<std::string> ContentsChange::newPathOf(std::string_view path) const {
     if (!renaming_ || !isAtOrBelow(path, renaming_->from)) return std::nullopt;
     return renaming_->to + std::string(path.substr(renaming_->from.size()));

@@ -39,6 +39,12 @@ public:
     /// Whether that folder went with an item: asking for its total would only say that it is not there.
     bool takesAway(std::string_view path, const FolderPlace& place) const;
 
+    /// The folders that hold an item, and the items themselves, as far as their identities are known.
+    std::vector<FileIdentity> folders() const;
+
+    /// Whether an item stands where it stood before, so that something below it may be another.
+    bool mayHaveChangedWithinItems() const;
+
     /// Where something stands now that was found at `path` before and is still the same; nothing where it has
     /// not moved.
     std::optional<std::string> newPathOf(std::string_view path) const;

@@ -1,5 +1,6 @@
 #include "model/engine/VantrelEngine.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,10 @@ public:
 
     void walkDidProgress(WalkTotals soFar) override {
         if (held_) post(*held_, held_->onUpdateOf(*item_), soFar, false);
+    }
+
+    void walkDidTakeOver(Seconds age) override {
+        if (held_) begun_ = std::min(begun_, held_->clock_.now() - age);
     }
 
     void walkDidEnd(WalkOutcome outcome, WalkTotals totals) override {
@@ -59,7 +64,10 @@ std::function<VantrelEngineServices()>& sharedServices() {
 }  // namespace
 
 VantrelEngine::VantrelEngine(const VantrelEngineServices& services)
-    : calculationQueue_(services.calculationQueue), mainQueue_(services.mainQueue), clock_(services.clock) {}
+    : calculationQueue_(services.calculationQueue),
+      mainQueue_(services.mainQueue),
+      clock_(services.clock),
+      known_(services.known) {}
 
 VantrelEngine::~VantrelEngine() {
     cancelAll();
@@ -84,7 +92,9 @@ VantrelEngine& VantrelEngine::shared() {
 }
 
 void VantrelEngine::calculateVantrel(const std::string& path, OnUpdate onUpdate, const FolderPlace& place) {
-    if (const std::optional<WalkTotals> known = cachedSize(path, place)) {
+    std::optional<WalkTotals> known = cachedSize(path, place);
+    if (!known) known = rememberedSize(place);
+    if (known) {
         mainQueue_.post([onUpdate = std::move(onUpdate), totals = *known] {
             onUpdate(totals.bytes, totals.items, true);
         });
@@ -153,9 +163,26 @@ std::optional<WalkTotals> VantrelEngine::cachedSize(const std::string& path, con
     });
 }
 
+std::optional<WalkTotals> VantrelEngine::rememberedSize(const FolderPlace& place) const {
+    if (!known_ || !place.identity || !place.changed) return std::nullopt;
+    const auto counted = known_->find(*place.identity, *place.changed);
+    return counted ? std::optional(counted->totals) : std::nullopt;
+}
+
+// Where something still stands that was to be changed, the change may have come to its end half-way, and
+// nobody knows how far it has reached.
+void VantrelEngine::forget(const ContentsChange& change) {
+    if (change.mayHaveChangedWithinItems())
+        known_->forgetAll();
+    else
+        known_->forget(change.folders());
+}
+
 // A walk is cancelled in the moment in which totals are outdated: it has either stored what it found before
 // that, or will not store it at all.
 void VantrelEngine::contentsDidChange(const ContentsChange& change) {
+    // First, so that a walk which begins after this finds nothing outdated.
+    if (known_) forget(change);
     std::vector<SharedOnUpdate> silenced;
     tables_.with([&](Tables& tables) {
         outdate(tables.cache, change);
@@ -175,7 +202,7 @@ void VantrelEngine::outdate(Cache& cache, const ContentsChange& change) {
         if (std::optional<std::string> newPath = change.newPathOf(path)) {
             renamed.emplace_back(
                 std::move(*newPath),
-                CacheRecord{record.totals, record.timestamp, {record.place.identity, nullptr}});
+                CacheRecord{record.totals, record.timestamp, {.identity = record.place.identity}});
         }
         record.belief = Belief::outdated;
     }

@@ -15,6 +15,7 @@
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
 #include "platform/MainQueue.h"
+#include "walk/KnownTotals.h"
 #include "walk/Walk.h"
 
 namespace vantrel {
@@ -31,6 +32,7 @@ struct VantrelEngineServices {
     WalkQueue& calculationQueue;
     MainQueue& mainQueue;
     const Clock& clock;
+    KnownTotals* known = nullptr;  ///< what the queue's walks remember
 };
 
 /// Recursive folder sizes, computed in the background.
@@ -45,9 +47,9 @@ class VantrelEngine : public std::enable_shared_from_this<VantrelEngine> {
 public:
     using OnUpdate = std::function<void(std::int64_t bytes, std::int64_t itemsCount, bool isComplete)>;
 
-    /// Finished totals are believed for so long, from the beginning of the walk that found them: all that it
-    /// read is younger.
-    static constexpr Seconds cacheLifetime{300};
+    /// Finished totals are believed for so long, from the beginning of the walk that found them, or of the
+    /// earlier one that it took something over from: all that was read is younger.
+    static constexpr Seconds cacheLifetime = KnownTotals::lifetime;
 
     static std::shared_ptr<VantrelEngine> make(const VantrelEngineServices& services);
     ~VantrelEngine();
@@ -59,9 +61,10 @@ public:
     static VantrelEngine& shared();
     static void provideShared(std::function<VantrelEngineServices()> services);
 
-    /// Starts the walk of the folder at `path`, or answers from the cache. Any number of progress reports
-    /// arrive, at most ten a second, then one final report. A walk of the same path that is under way is
-    /// cancelled; a cancelled walk reports nothing any more. `place` tells what the path leads to.
+    /// Starts the walk of the folder at `path`, or answers from the cache or what walks remember. Any number
+    /// of progress reports arrive, at most ten a second, then one final report. A walk of the same path that
+    /// is under way is cancelled; a cancelled walk reports nothing any more. `place` tells what the path
+    /// leads to.
     void calculateVantrel(const std::string& path, OnUpdate onUpdate, const FolderPlace& place = {});
 
     /// The totals of `path` when they are less than 300 seconds old, no change has outdated them, and the
@@ -133,11 +136,14 @@ private:
     SharedOnUpdate storeResult(const std::string& path, WorkItem& item, WalkTotals totals, Seconds begun);
     SharedOnUpdate markEnded(WorkItem& item);
     static SharedOnUpdate cancel(WorkItem& item);
+    std::optional<WalkTotals> rememberedSize(const FolderPlace& place) const;
+    void forget(const ContentsChange& change);
     static void outdate(Cache& cache, const ContentsChange& change);
 
     WalkQueue& calculationQueue_;
     MainQueue& mainQueue_;
     const Clock& clock_;
+    KnownTotals* const known_;
     Guarded<Tables> tables_;  // its lock is never held during a walk, a post or a callback
 };
 
