@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEvent>
+#include <QScopedValueRollback>
+#include <QThread>
 #include <chrono>
 #include <iterator>
 #include <utility>
@@ -26,9 +28,15 @@ void QtMainQueue::post(Task task) {
         const std::scoped_lock lock(mutex_);
         if (closed_) return;
         posted_.push_back(std::move(task));
-        if (std::exchange(awake_, true)) return;
+        if (std::exchange(awake_, true) && !isTurnDue()) return;
     }
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+// What a key asks for and is known at once belongs into the very frame that shows what the key did: a posted
+// event comes before the painting, the timer after it.
+bool QtMainQueue::isTurnDue() {
+    return QThread::currentThread() == thread() && !isServing_ && !std::exchange(isTurnPosted_, true);
 }
 
 // Input that was typed ahead is handled in one go, before anything posted. So the tasks run when the next
@@ -82,7 +90,9 @@ void QtMainQueue::close() {
 
 void QtMainQueue::customEvent(QEvent* event) {
     runAfterEvent();
-    if (event->type() != endOfEvent) runForAWhile();
+    if (event->type() == endOfEvent) return;
+    isTurnPosted_ = false;
+    runForAWhile();
 }
 
 void QtMainQueue::timerEvent(QTimerEvent*) {
@@ -95,6 +105,7 @@ void QtMainQueue::runForAWhile() {
     // started first, so that a task which runs an event loop of its own does not hold up the others.
     nextTurn_.start(0, this);
     const QDeadlineTimer turnEnd(turnLength, Qt::PreciseTimer);
+    const QScopedValueRollback serving(isServing_, true);
     Task task;
     bool ranAny = false;
     while (takeNext(task)) {

@@ -27,6 +27,7 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    bool isTurnDue();
     void runForAWhile();
     bool takeNext(Task& task);
     bool fallAsleep();
@@ -38,6 +39,8 @@ private:
     bool awake_ = false;            ///< guarded by mutex_; a wake-up or the timer is under way
     std::deque<Task> waiting_;      ///< main thread only; older than everything in posted_
     std::vector<Task> afterEvent_;  ///< main thread only
+    bool isServing_ = false;        ///< main thread only; tasks are run further up the stack
+    bool isTurnPosted_ = false;     ///< main thread only
     QBasicTimer nextTurn_;
 };
 

@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QTimer>
 #include <memory>
+#include <optional>
+#include <thread>
 
 #include "qt/QtTestSupport.h"
 #include "qt/QtTimerFactory.h"
@@ -80,6 +82,18 @@ TEST(QtMainQueue, tasksThatPostTheNextOneForEverLeaveTheLoopFree) {
     serveEvents();
 }
 
+/// Notes what was known when it was painted.
+class PaintRecorder final : public QWidget {
+public:
+    const bool* isKnown = nullptr;
+    std::optional<bool> wasKnown;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        if (isKnown) wasKnown = *isKnown;
+    }
+};
+
 class WakeUpCounter final : public QObject {
 public:
     int count = 0;
@@ -91,13 +105,34 @@ protected:
     }
 };
 
+TEST(QtMainQueue, whatTheMainThreadPostsRunsBeforeTheNextFrameAlsoWhileOthersPost) {
+    QtMainQueue queue;
+    PaintRecorder window;
+    window.resize(100, 100);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    bool ran = false;
+    queue.post([&] { ran = true; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ran; }, 60'000));
+    for (int round = 0; round < 20; ++round) {
+        std::thread([&] { queue.post([] {}); }).join();  // the queue is awake from here on
+        bool isKnown = false;
+        queue.post([&] { isKnown = true; });
+        window.wasKnown.reset();
+        window.isKnown = &isKnown;
+        window.update();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window.wasKnown.has_value(); }, 60'000));
+        EXPECT_TRUE(*window.wasKnown) << "in round " << round;
+    }
+}
+
 TEST(QtMainQueue, aTaskSoonAfterAnotherWakesNobodyAndRunsAllTheSame) {
     QtMainQueue queue;
     WakeUpCounter wakeUps;
     queue.installEventFilter(&wakeUps);
     const auto run = [&] {
         bool ran = false;
-        queue.post([&ran] { ran = true; });
+        std::thread([&] { queue.post([&ran] { ran = true; }); }).join();
         EXPECT_TRUE(QTest::qWaitFor([&ran] { return ran; }, 60'000));
     };
     // On a busy machine the second one may come too late; then it is tried again.
