@@ -2,15 +2,19 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "posix/SystemClock.h"
 #include "support/FencedFiles.h"
 #include "support/ManualCalendar.h"
+#include "support/ManualClock.h"
 #include "support/NativeWalks.h"
 #include "support/RealFilesWindow.h"
 #include "support/ScopedEnvironment.h"
@@ -124,7 +128,7 @@ protected:
     }
 
     test::FencedFiles fenced{folder.path()};
-    SystemClock clock;
+    test::ManualClock clock;
     // No change is seen in a folder's time stamp, so that nothing but being told of it helps.
     test::ManualCalendar calendar{clock, test::anHourAheadOf(clock)};
     KnownTotals known{clock, calendar};
@@ -280,6 +284,115 @@ TEST_P(RandomHunt, everySizeOnShowIsRightAfterEachChange) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomHunt, testing::Range(0U, 12U));
+
+/// The same while another program adds and removes files, of which nobody is told, and hours pass.
+class RandomHuntInCompany : public RandomHunt {
+protected:
+    /// How many files a folder itself has held, from which moment on.
+    using History = std::vector<std::pair<Seconds, std::int64_t>>;
+    struct Bounds {
+        std::int64_t least = 0;
+        std::int64_t most = 0;
+    };
+
+    static FileIdentity identityOf(const fs::path& path) {
+        struct stat status {};
+        EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
+        return {status.st_dev, status.st_ino};
+    }
+
+    static std::int64_t ownFiles(const fs::path& path) {
+        return std::count_if(fs::directory_iterator(path), fs::directory_iterator(), [](const auto& entry) {
+            return entry.symlink_status().type() == fs::file_type::regular;
+        });
+    }
+
+    static std::vector<fs::path> foldersIn(const fs::path& top) {
+        std::vector<fs::path> all{top};
+        for (const auto& entry : fs::recursive_directory_iterator(top / ".")) {
+            if (entry.symlink_status().type() == fs::file_type::directory) all.push_back(entry.path());
+        }
+        return all;
+    }
+
+    void notice() {
+        for (const fs::path& path : foldersIn(folder.path())) {
+            History& history = histories[identityOf(path)];
+            const std::int64_t now = ownFiles(path);
+            if (history.empty() || history.back().second != now) history.emplace_back(clock.now(), now);
+        }
+    }
+
+    /// Of the numbers that a folder has held within the time for which totals are believed.
+    Bounds boundsOf(const fs::path& path) const {
+        const History& history = histories.at(identityOf(path));
+        Bounds bounds{history.back().second, history.back().second};
+        for (std::size_t i = 0; i + 1 < history.size(); ++i) {
+            if (clock.now() - history[i + 1].first >= VantrelEngine::cacheLifetime) continue;
+            bounds.least = std::min(bounds.least, history[i].second);
+            bounds.most = std::max(bounds.most, history[i].second);
+        }
+        return bounds;
+    }
+
+    void meddle() {
+        std::vector<fs::path> all = foldersIn(folder.path());
+        std::erase_if(all,
+                      [&](const fs::path& path) { return path.string().starts_with(folder.path("data")); });
+        const fs::path file = all[below(static_cast<unsigned>(all.size()))] / "foreign";
+        if (!fs::remove(file)) std::ofstream(file) << "x";
+    }
+
+    /// Both panels ask again, so that no figure on show is older than it was when it appeared.
+    void expectFiguresOfTheLastMinutes(const std::string& when) {
+        for (OvPanelView* panel : {&commander->leftPanel(), &commander->rightPanel()}) panel->loadDirectory();
+        settle();
+        for (const OvPanelView* panel : {&commander->leftPanel(), &commander->rightPanel()}) {
+            for (const auto& row : panel->items()) {
+                if (row->isDirectory && !row->isParentDir && isCurrent(*row)) expectWithinBounds(*row, when);
+            }
+        }
+    }
+
+    void expectWithinBounds(const FileItem& row, const std::string& when) {
+        Bounds sum;
+        for (const fs::path& path : foldersIn(row.path)) {
+            const Bounds bounds = boundsOf(path);
+            sum.least += bounds.least;
+            sum.most += bounds.most;
+        }
+        const auto* const total = std::get_if<state::Calculated>(&row.vantrelState);
+        ASSERT_NE(total, nullptr) << row.path << " " << when;
+        EXPECT_GE(total->itemsCount, sum.least) << row.path << " " << when;
+        EXPECT_LE(total->itemsCount, sum.most) << row.path << " " << when;
+    }
+
+    std::map<FileIdentity, History> histories;
+};
+
+TEST_P(RandomHuntInCompany, noFigureThatAppearsIsOlderThanTotalsAreBelieved) {
+    open();
+    notice();
+    for (int number = 0; number < 60 && !HasFailure(); ++number) {
+        if (commander->dialogOverlay()) press(Key::escape);
+        switch (below(4)) {
+            case 0:
+                meddle();
+                break;
+            case 1:
+                clock.advance(10.0 * below(40));
+                break;
+            default:
+                step();
+        }
+        notice();
+        if (below(2) == 0) expectFiguresOfTheLastMinutes("after step " + std::to_string(number));
+    }
+    clock.advance(VantrelEngine::cacheLifetime.count());
+    expectFiguresOfTheLastMinutes("at the end");
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomHuntInCompany, testing::Range(0U, 12U));
 
 }  // namespace
 }  // namespace vantrel
