@@ -1,4 +1,9 @@
+#include <map>
+#include <string>
+
+#include "support/ManualCalendar.h"
 #include "support/SystemCallFaults.h"
+#include "walk/KnownTotals.h"
 #include "walk/WalkFixture.h"
 
 // A walk with every one of its system calls failing in every way that its manual page allows: it ends, what
@@ -33,6 +38,19 @@ protected:
             {.operate = [&] { end = walk(folder.path(), options); },
              .check = [&](const FaultCase& fault) { expectEnd(end, *right, each, fault); }});
         RecordProperty("cases", static_cast<int>(cases));
+    }
+
+    /// What could not be read is missing in no total that is remembered: it is not remembered.
+    void expectWholeTotals(KnownTotals& known, const std::map<std::string, std::int64_t>& right,
+                           const FaultCase& fault) const {
+        // What has gone meanwhile, or is mounted, is not there to be counted.
+        if (fault.error == ENOENT || fault.error == EXDEV) return;
+        for (const auto& [name, items] : right) {
+            struct stat status {};
+            ASSERT_EQ(::stat(folder.path(name).c_str(), &status), 0);
+            const auto found = known.find({status.st_dev, status.st_ino}, CalendarTime());
+            EXPECT_EQ(found ? found->totals.items : items, items) << name;
+        }
     }
 
     static void expectEnd(const std::optional<WalkRecord::End>& end, const WalkRecord::End& right,
@@ -71,6 +89,25 @@ VANTREL_FOR_EVERY_READER(WalkFaults);
 
 TEST_P(WalkFaults, endsWithWhatCanBeRead) {
     tryEveryFault(options());
+}
+
+TEST_P(WalkFaults, remembersAndTakesOverOnlyWhatIsWhole) {
+    makeTree();
+    const ManualCalendar calendar{clock, anHourAheadOf(clock)};
+    KnownTotals known{clock, calendar};
+    auto remembering = options();
+    remembering.threads = 1;
+    remembering.known = &known;
+    const std::map<std::string, std::int64_t> right{{".", 9}, {"a", 2}, {"a/b", 1}, {"c", 1}, {"wide", 5}};
+    const std::size_t cases = test::tryEveryFault(
+        {.operate =
+             [&] {
+                 known.forgetAll();
+                 (void)walk(folder.path("a"), remembering);
+                 (void)walk(folder.path(), remembering);
+             },
+         .check = [&](const FaultCase& fault) { expectWholeTotals(known, right, fault); }});
+    RecordProperty("cases", static_cast<int>(cases));
 }
 
 TEST_P(WalkFaults, endsWithWhatCanBeReadWithoutADescriptorToSpare) {
