@@ -55,7 +55,8 @@ void FolderTally::end(FolderTally* above, KnownTotals& known) {
         .unchangedSince = found_,
         .oldest = oldest_.load(std::memory_order_relaxed),
         .changes = changes_};
-    const bool isWhole = stage_ == Stage::opened && isWhole_.load(std::memory_order_relaxed);
+    const bool hasNoGap = isWhole_.load(std::memory_order_relaxed);
+    const bool isWhole = stage_ == Stage::opened && hasNoGap;
     if (counted.entries >= known.smallest()) {
         for (const CountedFolder& child : children_) known.remember(child);
     }
@@ -63,7 +64,7 @@ void FolderTally::end(FolderTally* above, KnownTotals& known) {
         if (isWhole) known.remember(counted);
         return;
     }
-    if (stage_ == Stage::absent) return;
+    if (stage_ == Stage::absent && hasNoGap) return;
     above->add({counted.totals, counted.entries + 1, counted.oldest});
     if (isWhole) {
         above->addChild(counted, known);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/DirectoryReader.h"
+#include "walk/FolderOpener.h"
 #include "walk/FolderQueue.h"
 #include "walk/WalkScheduler.h"
 
@@ -45,15 +46,11 @@ private:
     Visit publishChildren(Visit& visit);
 
     [[nodiscard]] bool open(Visit& visit);
-    [[nodiscard]] std::error_code tryOpen(Visit& visit);
-    [[nodiscard]] std::error_code retryOpen(Visit& visit);
-    void didOpen(Folder& folder, int descriptor);
-    Result<FileDescriptor> openByName(const Folder& folder);
-    Result<FileDescriptor> reopen(const Folder& folder);
 
     WalkScheduler& scheduler_;
     const std::size_t index_;
     const std::unique_ptr<DirectoryReader> reader_;
+    FolderOpener opener_;
     FolderQueue queue_;
     unsigned visited_ = 0;
     std::vector<FolderReference> children_;  // found in the folder being visited, not yet adopted

@@ -98,6 +98,15 @@ TEST_F(FolderTallyTest, aSubFolderThatIsNotThereIsNone) {
     EXPECT_TRUE(find(rootInode));
 }
 
+TEST_F(FolderTallyTest, aSubFolderToWhichTheWayIsLostIsAGap) {
+    const auto child = found(childInode);
+    child->hasGap();
+    child->isAbsent();
+    child->end(root.get(), known);
+    root->end(nullptr, known);
+    EXPECT_FALSE(find(rootInode));
+}
+
 TEST_F(FolderTallyTest, isAsOldAsItsOldestPart) {
     clock.advance(100);
     endChild(childInode);
