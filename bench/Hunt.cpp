@@ -60,6 +60,7 @@ void Hunt::play(const std::string& folder, int levels) {
     panel().setSortDirection(SortDirection::descending);
     print("start", 0, 0);
     step("first", [&] { panel().setCurrentPath(folder); });
+    if (levels == 0) return;
     int level = 0;
     for (; level < levels && selectLargestFolder(); ++level) {
         step("in " + std::to_string(level + 1), [&] { panel().activateCurrentItem(); });

@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     using vantrel::bench::Memory;
     const std::string_view option = argc > 4 ? argv[4] : "";
     const int levels = argc > 3 ? std::atoi(argv[3]) : 0;
-    if (argc < 4 || levels < 1 || (!option.empty() && option != "--without-memory")) {
+    if (argc < 4 || levels < 0 || (!option.empty() && option != "--without-memory")) {
         std::fputs("Usage: hunt-benchmark FOLDER EMPTY LEVELS [--without-memory]\n", stderr);
         return 2;
     }

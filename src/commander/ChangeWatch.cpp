@@ -1,5 +1,6 @@
 #include "commander/ChangeWatch.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/Paths.h"
@@ -48,6 +49,25 @@ ChangeWatch::Items ChangeWatch::lookAgain() const {
     return items;
 }
 
+// A rename happens or not. What has to be copied to another file system and removed here may be gone in part.
+ChangeWatch::Items ChangeWatch::lookForWhatWasTakenAway() const {
+    Items items = lookAgain();
+    ContentsChange::Item& item = items.front();
+    if (item.afterwards == ContentsChange::Afterwards::gone ||
+        before_.front().afterwards == ContentsChange::Afterwards::gone) {
+        return items;
+    }
+    const bool isFar = std::any_of(items.begin() + 1, items.end(), [&](const ContentsChange::Item& place) {
+        return place.above.empty() || place.above.front().device != item.identities.front().device;
+    });
+    if (isFar) item.afterwards = ContentsChange::Afterwards::inPart;
+    return items;
+}
+
+ContentsChange ChangeWatch::afterTakingAway() const {
+    return ContentsChange(lookForWhatWasTakenAway());
+}
+
 ContentsChange ChangeWatch::afterChange() const {
     return ContentsChange(lookAgain());
 }
@@ -57,7 +77,7 @@ ContentsChange ChangeWatch::afterChange() const {
 ContentsChange ChangeWatch::afterMove() const {
     const std::string& from = before_.front().path;
     const std::string& to = before_.back().path;
-    Items items = lookAgain();
+    Items items = lookForWhatWasTakenAway();
     const bool isSame = before_.front().afterwards == ContentsChange::Afterwards::there &&
                         items.front().afterwards == ContentsChange::Afterwards::gone &&
                         files_.identityOf(to) == before_.front().identities.front();

@@ -18,6 +18,9 @@ public:
 
     ContentsChange afterChange() const;
 
+    /// The same after the first item was to be taken away, to where the others are.
+    ContentsChange afterTakingAway() const;
+
     /// The same after a move of the first item to the second.
     ContentsChange afterMove() const;
 
@@ -26,6 +29,7 @@ private:
 
     ContentsChange::Item look(const std::string& path) const;
     Items lookAgain() const;
+    Items lookForWhatWasTakenAway() const;
 
     FileManager& files_;
     Items before_;

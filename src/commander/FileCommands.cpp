@@ -132,8 +132,18 @@ void FileCommands::carryOut(const DialogType& type, const std::optional<std::str
     if (!operation) return;
     const ChangeWatch changes = watch(*operation);
     const std::error_code error = perform(*operation);
-    const bool isMove = operation->kind == FileOperation::Kind::move;
-    didPerform(*operation, error, isMove ? changes.afterMove() : changes.afterChange(), panels);
+    didPerform(*operation, error, changeBy(*operation, changes), panels);
+}
+
+ContentsChange FileCommands::changeBy(const FileOperation& operation, const ChangeWatch& changes) {
+    switch (operation.kind) {
+        case FileOperation::Kind::move:
+            return changes.afterMove();
+        case FileOperation::Kind::trash:
+            return changes.afterTakingAway();
+        default:
+            return changes.afterChange();
+    }
 }
 
 // Of a copied item nothing changes; one that is thrown away comes to the trash.

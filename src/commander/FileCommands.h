@@ -62,6 +62,7 @@ private:
                     const PanelPair& panels) const;
 
     ChangeWatch watch(const FileOperation& operation) const;
+    static ContentsChange changeBy(const FileOperation& operation, const ChangeWatch& changes);
 
     const Desktop desktop_;
     VantrelEngine& engine_;

@@ -40,10 +40,11 @@ bool FolderTally::isOfUse(const CountedFolder& child) const {
 void FolderTally::addChild(const CountedFolder& child, KnownTotals& known) {
     const bool isWorthIt = entries_.load(std::memory_order_relaxed) >= known.smallest();
     const std::lock_guard lock(lock_);
-    if (isOfUse(child)) children_.push_back(child);
-    if (!isWorthIt) return;
+    if (!isOfUse(child)) return;
+    if (!isWorthIt) return children_.push_back(child);
     for (const CountedFolder& counted : children_) known.remember(counted);
-    remembered_ += static_cast<std::uint32_t>(children_.size());
+    known.remember(child);
+    remembered_ += static_cast<std::uint32_t>(children_.size() + 1);
     children_.clear();
 }
 

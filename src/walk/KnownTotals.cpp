@@ -11,29 +11,51 @@ namespace {
 using namespace std::chrono_literals;
 
 // Some 80 bytes each; twice as many are kept at most, and this many bits are marks.
-constexpr std::size_t mostYounger = 60'000;
+constexpr std::size_t mostYounger = 40'000;
 constexpr std::size_t markBits = std::size_t{1} << 20;
 constexpr std::size_t bitsPerWord = 64;
 
-// While little is known, every folder is remembered. Later the smaller ones are not: a walk over so many
-// entries takes a millisecond or two.
-constexpr std::size_t few = 4'096;
-constexpr std::uint64_t manyEntries = 1'000;
+// While little is known, every folder is remembered. The more is known, the larger a folder has to be: a walk
+// over a thousand entries takes a millisecond or two.
+struct Step {
+    std::size_t known;
+    std::uint64_t entries;
+};
+constexpr Step steps[] = {{60'000, 100'000}, {40'000, 10'000}, {20'000, 1'000}};
 
 // File systems stamp in steps: of a clock tick, or of whole seconds (ext4 with small inodes). Over five of
-// them no change was missed with this margin.
-constexpr auto stampMargin = 2s;
+// them no change was missed with these margins.
+CalendarTime::duration marginOf(CalendarTime stamp) {
+    const bool isWholeSecond = stamp.time_since_epoch() % 1s == 0s;
+    return isWholeSecond ? CalendarTime::duration(2s) : CalendarTime::duration(20ms);
+}
 
 // NTP moves a clock by less while totals are believed.
 constexpr Seconds jump{1};
 
 }  // namespace
 
+/// Holds the locks of all parts: what happens meanwhile happens in one moment.
+class KnownTotals::AllParts {
+public:
+    explicit AllParts(KnownTotals& known) : parts_(known.parts_) {
+        for (Part& part : parts_) part.lock.lock();
+    }
+    ~AllParts() {
+        for (Part& part : parts_) part.lock.unlock();
+    }
+    AllParts(const AllParts&) = delete;
+    AllParts& operator=(const AllParts&) = delete;
+
+private:
+    std::array<Part, partCount>& parts_;
+};
+
 KnownTotals::KnownTotals(const Clock& clock, const Calendar& calendar)
     : clock_(clock),
       calendar_(calendar),
-      marks_(std::make_unique<std::atomic<std::uint64_t>[]>(markBits / bitsPerWord)),
-      offset_(offset()) {}
+      offset_(offset()),
+      marks_(std::make_unique<std::atomic<std::uint64_t>[]>(markBits / bitsPerWord)) {}
 
 KnownTotals::~KnownTotals() = default;
 
@@ -44,108 +66,135 @@ std::size_t KnownTotals::Hash::operator()(const FileIdentity& folder) const {
     return static_cast<std::size_t>(mixed ^ (mixed >> 32U));
 }
 
+std::size_t KnownTotals::bitOf(const FileIdentity& folder) {
+    return Hash()(folder) % markBits;
+}
+
+KnownTotals::Part& KnownTotals::partOf(const FileIdentity& folder) {
+    return parts_[bitOf(folder) / (markBits / partCount)];
+}
+
 Seconds KnownTotals::offset() const {
     return calendar_.now().time_since_epoch() - clock_.now();
 }
 
 std::uint64_t KnownTotals::smallest() const {
-    return size_.load(std::memory_order_relaxed) < few ? 0 : manyEntries;
+    const std::size_t size = size_.load(std::memory_order_relaxed);
+    for (const Step& step : steps) {
+        if (size >= step.known) return step.entries;
+    }
+    return 0;
 }
 
 bool KnownTotals::mayKnow(const FileIdentity& folder) const {
-    const std::size_t bit = Hash()(folder) % markBits;
+    const std::size_t bit = bitOf(folder);
     const std::uint64_t word = marks_[bit / bitsPerWord].load(std::memory_order_relaxed);
     return (word >> (bit % bitsPerWord) & 1U) != 0;
 }
 
 void KnownTotals::mark(const FileIdentity& folder) {
-    const std::size_t bit = Hash()(folder) % markBits;
+    const std::size_t bit = bitOf(folder);
     marks_[bit / bitsPerWord].fetch_or(std::uint64_t{1} << (bit % bitsPerWord), std::memory_order_relaxed);
 }
 
-// Under lock_.
-void KnownTotals::markAll() {
-    for (std::size_t i = 0; i < markBits / bitsPerWord; ++i) marks_[i].store(0, std::memory_order_relaxed);
-    for (const auto& [folder, record] : younger_) mark(folder);
-    for (const auto& [folder, record] : older_) mark(folder);
+// Under the part's lock.
+void KnownTotals::markAll(const Part& part) {
+    constexpr std::size_t words = markBits / bitsPerWord / partCount;
+    const auto first = static_cast<std::size_t>(&part - parts_.data()) * words;
+    for (std::size_t i = first; i < first + words; ++i) marks_[i].store(0, std::memory_order_relaxed);
+    for (const auto& [folder, record] : part.younger) mark(folder);
+    for (const auto& [folder, record] : part.older) mark(folder);
 }
 
 void KnownTotals::remember(const CountedFolder& folder) {
     Records dropped;  // without the lock
-    const std::lock_guard lock(lock_);
+    Part& part = partOf(folder.identity);
+    const std::lock_guard lock(part.lock);
     if (folder.changes != changes_.load(std::memory_order_relaxed)) return;
-    add(folder.identity, {folder.totals, folder.entries, folder.unchangedSince, folder.oldest}, dropped);
+    add(folder.identity, {folder.totals, folder.entries, folder.unchangedSince, folder.oldest}, part,
+        dropped);
 }
 
-// Under lock_.
-void KnownTotals::add(const FileIdentity& folder, const Record& record, Records& dropped) {
-    if (younger_.size() >= mostYounger) {
-        dropped = std::exchange(older_, std::exchange(younger_, {}));
-        markAll();
+// Under the part's lock.
+void KnownTotals::add(const FileIdentity& folder, const Record& record, Part& part, Records& dropped) {
+    const std::size_t before = part.younger.size() + part.older.size();
+    const CalendarTime now = calendar_.now();
+    // After that time all that is old is not believed any more.
+    if (part.younger.size() >= mostYounger / partCount || now - part.youngerSince >= lifetime) {
+        dropped = std::exchange(part.older, std::exchange(part.younger, {}));
+        part.youngerSince = now;
+        markAll(part);
     }
-    older_.erase(folder);
-    younger_.insert_or_assign(folder, record);
+    if (!part.older.empty()) part.older.erase(folder);
+    part.younger.insert_or_assign(folder, record);
     mark(folder);
-    size_.store(younger_.size() + older_.size(), std::memory_order_relaxed);
+    // Where it became less the difference wraps, and the sum wraps back.
+    size_.fetch_add(part.younger.size() + part.older.size() - before, std::memory_order_relaxed);
 }
 
-// Under lock_. What is asked for stays among the younger ones.
-const KnownTotals::Record* KnownTotals::recordOf(const FileIdentity& folder, Records& dropped) {
-    if (const auto found = older_.find(folder); found != older_.end()) {
+// Under the part's lock. What is asked for stays among the younger ones.
+const KnownTotals::Record* KnownTotals::recordOf(const FileIdentity& folder, Part& part, Records& dropped) {
+    if (const auto found = part.older.find(folder); found != part.older.end()) {
         const Record record = found->second;
-        add(folder, record, dropped);
+        add(folder, record, part, dropped);
     }
-    const auto found = younger_.find(folder);
-    return found == younger_.end() ? nullptr : &found->second;
+    const auto found = part.younger.find(folder);
+    return found == part.younger.end() ? nullptr : &found->second;
 }
 
 std::optional<CountedFolder> KnownTotals::find(const FileIdentity& folder, CalendarTime changed) {
     if (!mayKnow(folder)) return std::nullopt;
-    Records dropped;  // without the lock
-    const std::lock_guard lock(lock_);
     lookAtClocks();
-    const Record* const record = recordOf(folder, dropped);
-    if (!record || changed >= record->unchangedSince - stampMargin) return std::nullopt;
+    Records dropped;  // without the lock
+    Part& part = partOf(folder);
+    const std::lock_guard lock(part.lock);
+    const Record* const record = recordOf(folder, part, dropped);
+    if (!record || changed >= record->unchangedSince - marginOf(changed)) return std::nullopt;
     if (calendar_.now() - record->oldest >= lifetime) return std::nullopt;
     return CountedFolder{folder,          record->totals,
                          record->entries, record->unchangedSince,
                          record->oldest,  changes_.load(std::memory_order_relaxed)};
 }
 
-// Under lock_. Counted in the same moment: what a walk has read before is remembered either already, and goes
-// here, or never.
+// Counted in the same moment: what a walk has read before is remembered either already, and goes here, or
+// never.
 void KnownTotals::forget(const std::vector<FileIdentity>& folders) {
-    const std::lock_guard lock(lock_);
+    const AllParts all(*this);
     // Release, so that who opens a folder after seeing the new number opens it after the change.
     changes_.fetch_add(1, std::memory_order_release);
     for (const FileIdentity& folder : folders) {
-        younger_.erase(folder);
-        older_.erase(folder);
+        Part& part = partOf(folder);
+        size_.fetch_sub(part.younger.erase(folder) + part.older.erase(folder), std::memory_order_relaxed);
     }
-    size_.store(younger_.size() + older_.size(), std::memory_order_relaxed);
 }
 
 void KnownTotals::forgetAll() {
-    Records dropped[2];  // without the lock
-    const std::lock_guard lock(lock_);
-    changes_.fetch_add(1, std::memory_order_release);
-    dropped[0].swap(younger_);
-    dropped[1].swap(older_);
-    markAll();
+    const AllParts all(*this);
+    forgetEach();
+}
+
+// Under all locks.
+void KnownTotals::forgetEach() {
+    changes_.fetch_add(1, std::memory_order_release);  // as above
+    for (Part& part : parts_) {
+        part.younger.clear();
+        part.older.clear();
+        markAll(part);
+    }
     size_.store(0, std::memory_order_relaxed);
 }
 
-// Under lock_. Slow drifts are followed.
+// Slow drifts are followed. After a jump all is forgotten before anybody takes the new offset for the old
+// one.
 void KnownTotals::lookAtClocks() {
     const Seconds now = offset();
-    const bool hasJumped = std::abs((now - offset_).count()) >= jump.count();
-    offset_ = now;
-    if (!hasJumped) return;
-    changes_.fetch_add(1, std::memory_order_release);
-    younger_.clear();
-    older_.clear();
-    markAll();
-    size_.store(0, std::memory_order_relaxed);
+    if (std::abs((now - offset_.load(std::memory_order_relaxed)).count()) < jump.count()) {
+        offset_.store(now, std::memory_order_relaxed);
+        return;
+    }
+    const AllParts all(*this);
+    forgetEach();
+    offset_.store(now, std::memory_order_relaxed);
 }
 
 }  // namespace vantrel

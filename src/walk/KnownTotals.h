@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -49,8 +50,8 @@ public:
     /// was read before a change is not remembered after it.
     std::uint64_t changes() const { return changes_.load(std::memory_order_acquire); }
 
-    /// Smaller folders need not be remembered: they are counted again in no time. In entries, all that a
-    /// folder holds.
+    /// What smaller folders hold need not be remembered: it is counted again in no time. In entries, all that
+    /// a folder holds.
     std::uint64_t smallest() const;
 
     void remember(const CountedFolder& folder);
@@ -78,26 +79,38 @@ private:
     };
     using Records = std::unordered_map<FileIdentity, Record, Hash>;
 
+    /// One of several parts, so that threads seldom wait for each other.
+    struct alignas(64) Part {
+        std::mutex lock;
+        // Under lock. When the younger ones are too many, or the first of them too old, they become the older
+        // ones, and those are dropped.
+        Records younger;
+        Records older;
+        CalendarTime youngerSince;
+    };
+    class AllParts;
+
+    static constexpr std::size_t partCount = 16;
+
+    static std::size_t bitOf(const FileIdentity& folder);
+    Part& partOf(const FileIdentity& folder);
     void lookAtClocks();
     Seconds offset() const;
-    const Record* recordOf(const FileIdentity& folder, Records& dropped);
-    void add(const FileIdentity& folder, const Record& record, Records& dropped);
+    const Record* recordOf(const FileIdentity& folder, Part& part, Records& dropped);
+    void add(const FileIdentity& folder, const Record& record, Part& part, Records& dropped);
     void mark(const FileIdentity& folder);
-    void markAll();
+    void markAll(const Part& part);
+    void forgetEach();
 
     const Clock& clock_;
     const Calendar& calendar_;
-    std::atomic<std::uint64_t> changes_{0};  // changed under lock_
+    std::atomic<Seconds> offset_;            // of the calendar to the clock; relaxed: each looks for itself
+    std::atomic<std::uint64_t> changes_{0};  // changed under all locks
     std::atomic<std::size_t> size_{0};       // relaxed: a number to go by
-    // One bit for each of some hashes, so that walks need no lock for what is not known. Relaxed: a bit that
-    // is seen late costs a folder's reading.
+    std::array<Part, partCount> parts_;
+    // One bit for each of some hashes, so that walks need no lock for what is not known; those of a part side
+    // by side. Relaxed: a bit that is seen late costs a folder's reading.
     const std::unique_ptr<std::atomic<std::uint64_t>[]> marks_;
-
-    std::mutex lock_;
-    Seconds offset_;  // of the calendar to the clock; this and the rest under lock_
-    // When the younger ones are too many they become the older ones, and those are dropped.
-    Records younger_;
-    Records older_;
 };
 
 }  // namespace vantrel

@@ -34,6 +34,30 @@ TEST_F(ChangeWatchTest, aFolderThatHeldTheItemBeforeOrHoldsItNowIsOutdatedUnderA
     EXPECT_TRUE(change.outdates("/by/a/link", after));
 }
 
+TEST_F(ChangeWatchTest, anItemThatShouldHaveLeftItsFileSystemAndIsThereMayBeGoneInPart) {
+    files.add("/", {.name = "far",
+                    .target = PathTarget::directory,
+                    .attributes = FileAttributes{},
+                    .identity = FileIdentity{9, 1}});
+    const ChangeWatch watch(files, {"/a/x", "/far/x"});
+    EXPECT_TRUE(watch.afterMove().isInPart());
+    EXPECT_TRUE(watch.afterTakingAway().isInPart());
+    EXPECT_FALSE(watch.afterChange().isInPart());
+    ASSERT_EQ(files.moveItem("/a/x", "/far/x"), std::error_code());
+    EXPECT_FALSE(watch.afterMove().isInPart());
+}
+
+TEST_F(ChangeWatchTest, anItemThatWasNeverThereIsNotGoneInPart) {
+    EXPECT_FALSE(ChangeWatch(files, {"/a/missing", "/b/missing"}).afterTakingAway().isInPart());
+}
+
+TEST_F(ChangeWatchTest, onOneFileSystemAnItemIsThereOrGone) {
+    files.addFolder("/b", "x");
+    const ChangeWatch watch(files, {"/a/x", "/b/x"});
+    EXPECT_FALSE(watch.afterMove().isInPart());
+    EXPECT_FALSE(watch.afterTakingAway().isInPart()) << "and what has its name in the trash stays as it is";
+}
+
 TEST_F(ChangeWatchTest, whereFoldersOnTheWayAreMissingTheNextOneAboveCounts) {
     const FolderPlace place = placeOf("/a/x");
     const ChangeWatch watch(files, {"/a/x/not/yet/there"});

@@ -43,8 +43,8 @@ protected:
 
     /// So much that small folders are not worth keeping any more.
     void makeMuchKnown() {
-        for (std::uint64_t inode = 1'000'000; known.smallest() == 0; ++inode) endChild(inode);
-        root = opened(rootInode);
+        for (std::uint64_t inode = 1'000'000; known.smallest() == 0; ++inode)
+            known.remember({.identity = {device, inode}, .oldest = calendar.now()});
     }
 
     ManualClock clock;

@@ -69,12 +69,20 @@ TEST_F(KnownTotalsTest, isBelievedForThreeHundredSecondsFromItsOldestPart) {
     EXPECT_FALSE(find());
 }
 
-TEST_F(KnownTotalsTest, isBelievedWhereTheFolderHasNotChangedForTwoSecondsBeforeItWasFound) {
+TEST_F(KnownTotalsTest, isBelievedWhereTheFolderHadNotChangedForAWhileBeforeItWasFound) {
+    clock.advance(0.5);
     const CountedFolder counted = countedNow();
     known.remember(counted);
-    EXPECT_TRUE(find(folder, counted.unchangedSince - 2s - 1ns));
-    EXPECT_FALSE(find(folder, counted.unchangedSince - 2s));
+    EXPECT_TRUE(find(folder, counted.unchangedSince - 20ms - 1ns));
+    EXPECT_FALSE(find(folder, counted.unchangedSince - 20ms));
     EXPECT_FALSE(find(folder, counted.unchangedSince + 1h));
+}
+
+TEST_F(KnownTotalsTest, aStampInWholeSecondsMayBeAsOldAsThat) {
+    const CountedFolder counted = countedNow();  // in a whole second
+    known.remember(counted);
+    EXPECT_TRUE(find(folder, counted.unchangedSince - 3s));
+    EXPECT_FALSE(find(folder, counted.unchangedSince - 2s));
 }
 
 TEST_F(KnownTotalsTest, whatHasChangedIsForgottenAndNothingElse) {
@@ -133,12 +141,29 @@ TEST_F(KnownTotalsTest, saysAtOnceOfMostFoldersThatTheyAreNotKnown) {
     EXPECT_LE(mistaken, 10);
 }
 
-TEST_F(KnownTotalsTest, smallFoldersAreWorthKeepingWhileFewAreKnown) {
+TEST_F(KnownTotalsTest, theMoreIsKnownTheLargerAFolderHasToBe) {
     EXPECT_EQ(known.smallest(), 0U);
-    for (std::uint64_t inode = 0; inode < 10'000; ++inode) known.remember(countedNow({1, inode}));
+    std::uint64_t inode = 0;
+    const auto rememberUpTo = [&](std::uint64_t end) {
+        for (; inode < end; ++inode) known.remember(countedNow({1, inode}));
+    };
+    rememberUpTo(20'000);
     EXPECT_EQ(known.smallest(), 1'000U);
+    rememberUpTo(40'000);
+    EXPECT_EQ(known.smallest(), 10'000U);
+    rememberUpTo(60'000);
+    EXPECT_EQ(known.smallest(), 100'000U);
     known.forgetAll();
     EXPECT_EQ(known.smallest(), 0U);
+}
+
+TEST_F(KnownTotalsTest, whatIsTooOldToBeBelievedMakesRoom) {
+    for (int minutes = 0; minutes < 60; minutes += 5) {
+        for (std::uint64_t inode = 0; inode < 5'000; ++inode)
+            known.remember(countedNow({static_cast<std::uint64_t>(minutes), inode}));
+        clock.advance(300);
+        EXPECT_EQ(known.smallest(), 0U) << "after " << minutes << " minutes";
+    }
 }
 
 class KnownTotalsInGreatNumber : public KnownTotalsTest {
@@ -156,7 +181,7 @@ TEST_F(KnownTotalsInGreatNumber, theOldestAreDropped) {
     for (std::uint64_t inode = 0; inode < far; ++inode) known.remember(countedNow({1, inode}));
     EXPECT_FALSE(find({1, 0}));
     EXPECT_TRUE(find({1, far - 1}));
-    EXPECT_LE(countKnown(), 120'000U);
+    EXPECT_LE(countKnown(), 80'000U);
 }
 
 TEST_F(KnownTotalsInGreatNumber, whatIsAskedForAgainAndAgainStays) {

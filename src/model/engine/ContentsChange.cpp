@@ -56,12 +56,9 @@ std::vector<FileIdentity> ContentsChange::folders() const {
     return all;
 }
 
-// It is named twice then: as it was, and as it is.
-bool ContentsChange::mayHaveChangedWithinItems() const {
-    return std::ranges::any_of(items_, [](const Item& item) {
-        return item.afterwards == Afterwards::there && item.identities.size() > 1 &&
-               item.identities.front() == item.identities.back();
-    });
+bool ContentsChange::isInPart() const {
+    return std::ranges::any_of(items_,
+                               [](const Item& item) { return item.afterwards == Afterwards::inPart; });
 }
 
 std::optional<std::string> ContentsChange::newPathOf(std::string_view path) const {

@@ -14,7 +14,11 @@ namespace vantrel {
 /// these are known, so that links and other mounts lead to the same answer. A value; any thread.
 class ContentsChange {
 public:
-    enum class Afterwards : std::uint8_t { there, gone };
+    enum class Afterwards : std::uint8_t {
+        there,
+        gone,
+        inPart,  ///< there, but something below it may be gone
+    };
 
     /// What came, went, or became another, in part perhaps.
     struct Item {
@@ -42,8 +46,8 @@ public:
     /// The folders that hold an item, and the items themselves, as far as their identities are known.
     std::vector<FileIdentity> folders() const;
 
-    /// Whether an item stands where it stood before, so that something below it may be another.
-    bool mayHaveChangedWithinItems() const;
+    /// Whether something below an item may be gone although the item is there.
+    bool isInPart() const;
 
     /// Where something stands now that was found at `path` before and is still the same; nothing where it has
     /// not moved.

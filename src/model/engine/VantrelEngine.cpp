@@ -169,10 +169,9 @@ std::optional<WalkTotals> VantrelEngine::rememberedSize(const FolderPlace& place
     return counted ? std::optional(counted->totals) : std::nullopt;
 }
 
-// Where something still stands that was to be changed, the change may have come to its end half-way, and
-// nobody knows how far it has reached.
+// Nobody knows what is gone of an item, and no record tells what lies below it.
 void VantrelEngine::forget(const ContentsChange& change) {
-    if (change.mayHaveChangedWithinItems())
+    if (change.isInPart())
         known_->forgetAll();
     else
         known_->forget(change.folders());

@@ -127,12 +127,11 @@ TEST_F(VantrelEngineMemory, whatAWalkReadBeforeAChangeIsNotRemembered) {
     EXPECT_FALSE(isKnown(folder));
 }
 
-TEST_F(VantrelEngineMemory, afterAChangeThatMayHaveEndedHalfWayNothingIsBelieved) {
-    const FileIdentity item{1, 40};
+TEST_F(VantrelEngineMemory, whereSomethingMayBeGoneInPartNothingIsBelieved) {
     const FileIdentity below{1, 41};
     remember(below, {30, 3});
     engine->contentsDidChange(ContentsChange(
-        {{.path = "/a/x", .identities = {item, item}, .above = {folder, top}}}));  // there before and after
+        {{.path = "/a/x", .afterwards = ContentsChange::Afterwards::inPart, .above = {folder, top}}}));
     EXPECT_FALSE(isKnown(below));
 }
 
