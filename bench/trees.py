@@ -75,19 +75,28 @@ def make_comb(root, scale):
     os.close(folder)
 
 
+def make_rows(root, scale):
+    for _ in range(5):
+        make_files(root, 99)
+        for number in range(400):
+            make_files(f"{root}/folder{number:03}", 100 // scale)
+        root += "/large"
+
+
 def make_usr(root, scale):
     source = "/usr" if scale == 1 else "/usr/share"
     subprocess.run(["cp", "-a", "--one-file-system", source, root], check=False, stderr=subprocess.DEVNULL)
 
 
 TREES = {"wide": make_wide, "lopsided": make_lopsided, "usr": make_usr, "chain": make_chain,
-         "huge": make_huge, "comb": make_comb}
+         "huge": make_huge, "comb": make_comb, "rows": make_rows}
 DESCRIPTIONS = {
     "wide": "2,000 folders of 100 files",
     "lopsided": "nine tenths of 500,000 files in one of 201 sub-folders",
     "usr": "a copy of /usr",
     "chain": "3,000 folders, each in the one before, with 3 files",
     "comb": "1,500 levels of 3 folders with 3 files each",
+    "rows": "5 levels, each with 500 rows, of which 400 are folders of 100 files",
     "huge": "lopsided with 5,000,000 files, to look at memory",
 }
 
