@@ -111,6 +111,7 @@ void Hunt::throwLargestAway() {
         return row->isParentDir ? -1 : row->isDirectory ? 0 : 1 + row->effectiveSize();
     });
     precondition(largest != rows.end() && !(*largest)->isParentDir, "there is nothing to throw away");
+    precondition(std::getenv("XDG_DATA_HOME") != nullptr, "a trash of its own has to be named");
     const std::string path = (*largest)->path;
     panel().selectRow(largest - rows.begin());
     commander_.setActive(panel());
