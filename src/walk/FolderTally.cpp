@@ -14,7 +14,8 @@ constexpr std::uint64_t smallEntries = 1'000;
 
 void FolderTally::willOpen(const KnownTotals& known) {
     changes_ = known.changes();
-    lower(known.now());
+    openedAt_ = known.now();
+    oldest_.store(openedAt_, std::memory_order_relaxed);
 }
 
 void FolderTally::lower(CalendarTime oldest) {

@@ -26,7 +26,7 @@ struct Finding {
 /// opens it, and later the one that ends it.
 class FolderTally {
 public:
-    /// `found` is a time before the folder's name was read.
+    /// `found` is a time before the folder's name was read, such as that at which the one above was opened.
     FolderTally(const FileIdentity& identity, CalendarTime found) : identity_(identity), found_(found) {}
 
     /// Where the entry in the folder above does not tell it, before anything is added.
@@ -36,6 +36,7 @@ public:
     /// To be called before the folder is opened.
     void willOpen(const KnownTotals& known);
 
+    CalendarTime openedAt() const { return openedAt_; }
     void didOpen() { stage_ = Stage::opened; }
 
     /// It is not there, or something is mounted on it: the folder above has no such sub-folder.
@@ -59,6 +60,7 @@ private:
     FileIdentity identity_;
     const CalendarTime found_;
     std::uint64_t changes_ = 0;
+    CalendarTime openedAt_;
     Stage stage_ = Stage::found;
 
     // Relaxed: the last reference to the folder, given back and taken with acquire and release, makes them

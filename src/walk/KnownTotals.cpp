@@ -10,9 +10,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Some 80 bytes each; twice as many are kept at most, and this many bits are marks.
+// Some 80 bytes each; twice as many are kept at most.
 constexpr std::size_t mostYounger = 40'000;
-constexpr std::size_t markBits = std::size_t{1} << 20;
+constexpr std::size_t markBits = std::size_t{1} << 18;
 constexpr std::size_t bitsPerWord = 64;
 
 // While little is known, every folder is remembered. The more is known, the larger a folder has to be: a walk
@@ -21,7 +21,7 @@ struct Step {
     std::size_t known;
     std::uint64_t entries;
 };
-constexpr Step steps[] = {{60'000, 100'000}, {40'000, 10'000}, {20'000, 1'000}};
+constexpr Step steps[] = {{60'000, 100'000}, {40'000, 10'000}, {16'000, 1'000}, {4'096, 100}};
 
 // File systems stamp in steps: of a clock tick, or of whole seconds (ext4 with small inodes). Over five of
 // them no change was missed with these margins.
@@ -55,7 +55,10 @@ KnownTotals::KnownTotals(const Clock& clock, const Calendar& calendar)
     : clock_(clock),
       calendar_(calendar),
       offset_(offset()),
-      marks_(std::make_unique<std::atomic<std::uint64_t>[]>(markBits / bitsPerWord)) {}
+      marks_(std::make_unique<std::atomic<std::uint64_t>[]>(markBits / bitsPerWord)) {
+    // So that no walk waits for a table that grows.
+    for (Part& part : parts_) part.younger.reserve(mostYounger / partCount);
+}
 
 KnownTotals::~KnownTotals() = default;
 
@@ -86,7 +89,14 @@ std::uint64_t KnownTotals::smallest() const {
     return 0;
 }
 
-bool KnownTotals::mayKnow(const FileIdentity& folder) const {
+bool KnownTotals::isKnown(const FileIdentity& folder) {
+    if (!isMarked(folder)) return false;
+    Part& part = partOf(folder);
+    const std::lock_guard lock(part.lock);
+    return part.younger.contains(folder) || part.older.contains(folder);
+}
+
+bool KnownTotals::isMarked(const FileIdentity& folder) const {
     const std::size_t bit = bitOf(folder);
     const std::uint64_t word = marks_[bit / bitsPerWord].load(std::memory_order_relaxed);
     return (word >> (bit % bitsPerWord) & 1U) != 0;
@@ -143,7 +153,7 @@ const KnownTotals::Record* KnownTotals::recordOf(const FileIdentity& folder, Par
 }
 
 std::optional<CountedFolder> KnownTotals::find(const FileIdentity& folder, CalendarTime changed) {
-    if (!mayKnow(folder)) return std::nullopt;
+    if (!isMarked(folder)) return std::nullopt;
     lookAtClocks();
     Records dropped;  // without the lock
     Part& part = partOf(folder);

@@ -56,8 +56,8 @@ public:
 
     void remember(const CountedFolder& folder);
 
-    /// False where `find` would find nothing; quick, and sometimes true for no reason.
-    bool mayKnow(const FileIdentity& folder) const;
+    /// Whether a look at the folder may be worth it, for `find`. Takes no lock for most that are not known.
+    bool isKnown(const FileIdentity& folder);
 
     /// The total of a folder that last changed at that moment, if it is known and to be believed.
     std::optional<CountedFolder> find(const FileIdentity& folder, CalendarTime changed);
@@ -94,6 +94,7 @@ private:
 
     static std::size_t bitOf(const FileIdentity& folder);
     Part& partOf(const FileIdentity& folder);
+    bool isMarked(const FileIdentity& folder) const;
     void lookAtClocks();
     Seconds offset() const;
     const Record* recordOf(const FileIdentity& folder, Part& part, Records& dropped);

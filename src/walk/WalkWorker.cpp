@@ -65,7 +65,6 @@ Visit WalkWorker::make(Visit& visit) {
 bool WalkWorker::readBatch(const Visit& visit) {
     const RunningWalk& walk = visit.folder->walk();
     if (walk.isCancelled()) return false;
-    if (const KnownTotals* const known = walk.known()) batchRead_ = known->now();
     const Batch batch = reader_->read(visit.use.descriptor(), visit.stream.get());
     if (batch == Batch::failed) noteGap(visit);
     return batch == Batch::names;
@@ -165,7 +164,8 @@ void WalkWorker::foundFolder(const Visit& visit, const Entry& entry) {
     }
     const FileIdentity identity{tally->identity().device, entry.inode};
     if (takeKnown(visit, entry, identity)) return;
-    children_.push_back(Folder::make(walk, entry.name, std::make_unique<FolderTally>(identity, batchRead_)));
+    children_.push_back(
+        Folder::make(walk, entry.name, std::make_unique<FolderTally>(identity, tally->openedAt())));
 }
 
 // A folder whose total is known is not entered. What a directory says of it only tells whether it is worth a
@@ -173,7 +173,7 @@ void WalkWorker::foundFolder(const Visit& visit, const Entry& entry) {
 bool WalkWorker::takeKnown(const Visit& visit, const Entry& entry, const FileIdentity& named) {
     RunningWalk& walk = visit.folder->walk();
     KnownTotals* const known = walk.known();
-    if (!known || !known->mayKnow(named)) return false;
+    if (!known || !known->isKnown(named)) return false;
     const auto look = reader_->look(visit.use.descriptor(), entry.name);
     if (!look || look->isMountPoint) return false;
     const auto total = known->find(look->identity, look->changed);

@@ -57,7 +57,6 @@ private:
     const RunningWalk* lastWalk_ = nullptr;  // whose folder was visited last; not looked into
     WalkTotals counted_;                     // in the folder being visited, not yet in the walk's totals
     Finding found_;                          // in this visit to the folder, where the walk remembers
-    CalendarTime batchRead_;                 // a time before its names were read, likewise
 };
 
 }  // namespace vantrel::walking

@@ -43,7 +43,7 @@ protected:
 
     /// So much that small folders are not worth keeping any more.
     void makeMuchKnown() {
-        for (std::uint64_t inode = 1'000'000; known.smallest() == 0; ++inode)
+        for (std::uint64_t inode = 1'000'000; known.smallest() < 1'000; ++inode)
             known.remember({.identity = {device, inode}, .oldest = calendar.now()});
     }
 
