@@ -22,8 +22,8 @@ public:
     Hunt(OvCommanderView& commander, Wait waitUntil)
         : commander_(commander), waitUntil_(std::move(waitUntil)) {}
 
-    /// At most `levels` deep, as far as there are sub-folders; for none only the first count. Stops the program when something is not as it
-    /// has to be.
+    /// At most `levels` deep, as far as there are sub-folders; for none only the first count. Stops the
+    /// program when something is not as it has to be.
     void play(const std::string& folder, int levels);
 
 private:

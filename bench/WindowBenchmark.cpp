@@ -17,6 +17,8 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
+#include "model/engine/ContentsChange.h"
+#include "model/engine/VantrelEngine.h"
 #include "posix/CoarseClock.h"
 #include "posix/DirectoryReaders.h"
 #include "sizes/CommandLineQueue.h"
@@ -91,9 +93,12 @@ public:
         loop.exec();
     }
 
+    /// Nothing is known any more when the next round begins.
     void leave(const std::string& emptyFolder) {
         delegate_.commanderView().leftPanel().setCurrentPath(emptyFolder);
         wait(50);
+        desktop_.engine().contentsDidChange(
+            ContentsChange({{.path = emptyFolder, .afterwards = ContentsChange::Afterwards::inPart}}));
     }
 
 private:
