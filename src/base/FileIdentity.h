@@ -10,7 +10,7 @@ namespace vantrel {
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
-    auto operator<=>(const FileIdentity&) const = default;
+    auto operator<=>(const FileIdentity&) const = default;  // NOLINT(modernize-use-nullptr): no pointer here
 };
 
 /// Nothing when the system does not tell, with the reason in errno.
