@@ -1,7 +1,6 @@
 #include "Hunt.h"
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,20 +8,12 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "ProcessorTime.h"
 #include "base/Precondition.h"
 
 namespace vantrel::bench {
 
 namespace {
-
-double processorTime() {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    const auto milliseconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-    };
-    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
-}
 
 /// Of this process, in KiB: at the highest, and now (proc(5)).
 struct Memory {

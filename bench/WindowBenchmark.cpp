@@ -3,7 +3,6 @@
 // engine.
 //   window-benchmark FOLDER [name|size [ROUNDS]]    in which order the panel is
 // Needs a display (Xvfb does). Prints medians of the rounds, in milliseconds, and of the rounds' ratios.
-#include <sys/resource.h>
 
 #include <QEventLoop>
 #include <QTimer>
@@ -15,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "ProcessorTime.h"
 #include "app/AppDelegate.h"
 #include "desktop/QtDesktop.h"
 #include "model/engine/ContentsChange.h"
@@ -33,15 +33,6 @@ struct Cost {
     double wall = 0;       // milliseconds
     double processor = 0;  // milliseconds, of all threads
 };
-
-double processorTime() {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    const auto milliseconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-    };
-    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
-}
 
 template <class Work>
 Cost costOf(Work work) {

@@ -1,7 +1,5 @@
 #include "walk/FolderTally.h"
 
-#include <algorithm>
-
 namespace vantrel::walking {
 
 namespace {

@@ -1,6 +1,5 @@
 #include "walk/KnownTotals.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 

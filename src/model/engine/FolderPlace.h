@@ -17,8 +17,8 @@ using Ancestry = std::vector<FileIdentity>;
 struct FolderPlace {
     std::optional<FileIdentity> identity = {};
     std::shared_ptr<const Ancestry> above = nullptr;
-    std::optional<CalendarTime> changed =
-        {};  ///< the folder itself or the list of its entries, when last seen
+    /// The folder itself or the list of its entries, when last seen.
+    std::optional<CalendarTime> changed = {};
 };
 
 }  // namespace vantrel
